@@ -20,7 +20,7 @@ namespace {
 constexpr suseconds_t kPollMicroseconds = 100;
 
 // How much of a line is looked at in one call. Chosen with benchmarks/line_bench: more does not help.
-constexpr std::size_t kPeekBytes = 256 * 1024;
+constexpr std::size_t kPeekBytes = std::size_t{256} * 1024;
 
 // A peer that has closed must never kill the process that hosts us.
 #ifdef MSG_NOSIGNAL

@@ -200,8 +200,8 @@ StrokeInfo* ClientCom::parseStroke(const tagrec& shape) const
         else if (name == "open_free_curve" || name == "closed_free_curve")
             primitive.reset(parseFreeCurve(*child));
         if (primitive != nullptr) {
-            stroke->primitives.push_back(primitive.get());
-            primitive.release();
+            stroke->primitives.push_back(nullptr); // first: a throwing push_back must not leak the primitive
+            stroke->primitives.back() = primitive.release();
         }
     }
     return stroke.release();
