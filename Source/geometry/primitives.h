@@ -2,15 +2,15 @@
 // their evaluation and their text and byte forms.
 //
 // Space:  model space; a circle's or ellipse's own frame has its origin at the centre and is turned by its
-// posture. Units:  angles in radians, counter-clockwise from the local x axis; lengths in model units.
+//         posture.
+// Units:  angles in radians, counter-clockwise from the local x axis; lengths in model units.
 // Shapes: text as in records.h, lines ended by std::endl, flags "0" or "1"; bytes as in records.h, flags and
-// type
-//         tags 32 bits, counts 32 bits unsigned before their lists. Type tags stand in the stroke's forms
-//         alone.
+//         type tags 32 bits, counts 32 bits unsigned before their lists. Type tags stand in the stroke's
+//         forms alone.
 // Errors: stream state. A count that cannot be read is 0, and a type tag that cannot be read is unknown;
-// counted
-//         loops run to their count even when the stream has failed. A primitive whose type does not fit its
-//         class (construction prevents it) raises std::bad_cast in copies and stream forms of its stroke.
+//         counted loops run to their count even when the stream has failed. A primitive whose type does not
+//         fit its class (construction prevents it) raises std::bad_cast in copies and stream forms of its
+//         stroke.
 #pragma once
 
 #include "Source/geometry/records.h"
@@ -137,8 +137,7 @@ struct PrimF : PrimInfo {
 // The primitives of one stroke, in drawing order.
 //
 // Owner:  the stroke owns its primitives and deletes them through their base. A null entry is allowed, and
-// stands
-//         for a primitive of unknown type.
+//         stands for a primitive of unknown type.
 // Shapes: a null entry is written as the type tag -1 with nothing after it.
 struct StrokeInfo {
     static constexpr std::int32_t kNoType = -1;

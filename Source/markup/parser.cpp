@@ -151,11 +151,12 @@ int parser::enter_with(states s, const char* mark)
 void parser::septag()
 {
     std::list<std::string> tokens = sepexp(current->tag);
-    current->tag.clear();
-    if (tokens.empty())
-        return;
-    current->tag = std::move(tokens.front());
-    tokens.pop_front();
+    std::string name;
+    if (!tokens.empty()) {
+        name = std::move(tokens.front());
+        tokens.pop_front();
+    }
+    current->tag.swap(name); // the whole tag's room goes with name; a move or an assignment might keep it
     for (const std::string& token : tokens) {
         const std::size_t equals = token.find('=');
         if (equals == std::string::npos)

@@ -2,12 +2,11 @@
 // two framings on it. Everything blocks, on the caller's thread.
 //
 // Shapes: a line is the message's bytes and one line feed (0x0A), which the message must not contain; a block
-// is its
-//         length in 4 bytes, unsigned, most significant first, and then that many bytes.
+//         is its length in 4 bytes, unsigned, most significant first, and then that many bytes.
 // Owner:  a BaseCom owns both descriptors, and closes whatever numbers stand in its fields.
 // Errors: 1 for success and 0 for failure; nothing is reported, and what cannot be sent is not noticed. A
-// peer that
-//         has closed never raises SIGPIPE, and a send or receive that a signal interrupts is repeated.
+//         peer that has closed never raises SIGPIPE, and a send or receive that a signal interrupts is
+//         repeated.
 // Time:   reading waits as long as nothing arrives, without limit.
 #pragma once
 

@@ -77,8 +77,8 @@ Decimal read_decimal(const char* p, const char* end)
 }
 
 // Exact where both factors are: a whole number below 2^53 and a power of ten up to 10^22 have no rounding
-// error, so that one operation rounds once. Source: W. D. Clinger, How to Read Floating Point Numbers
-// Accurately, PLDI 1990.
+// error, so that one operation rounds once.
+// Source: W. D. Clinger, How to Read Floating Point Numbers Accurately, PLDI 1990.
 bool try_exact_product(const Decimal& number, double& value)
 {
     constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
@@ -112,10 +112,26 @@ double nearest_double(const Decimal& number)
     return in_range && std::isfinite(value) ? value : out_of_range(number);
 }
 
+// The common text, a number and nothing else: what from_chars takes to the end, and is no "inf" or "nan", a
+// stream takes to the end too. False when it is anything else, or the library has no such function.
+bool try_whole_text([[maybe_unused]] const std::string& text, [[maybe_unused]] double& value)
+{
+#if defined(__cpp_lib_to_chars) && __cpp_lib_to_chars >= 201611L
+    const char* const end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && stopped == end && is_digit(end[-1]);
+#else
+    return false;
+#endif
+}
+
 } // namespace
 
 double number_of_text(const std::string& text)
 {
+    double value = 0.0;
+    if (try_whole_text(text, value))
+        return value;
     const char* p = text.data();
     const char* const end = p + text.size();
     while (p != end && is_space(*p))
@@ -123,7 +139,7 @@ double number_of_text(const std::string& text)
     const Decimal number = read_decimal(p, end);
     if (!number.valid)
         return 0.0;
-    const double value = nearest_double(number);
+    value = nearest_double(number);
     return number.negative ? -value : value;
 }
 

@@ -1,8 +1,8 @@
 // One exchange with the sketch application: the CAD information document out, the figure document back.
 //
 // Shapes: both documents are one line each; docs/protocol.md has their grammar and examples. Exchange types 0
-// and 1
-//         carry the records' own text and byte forms instead. Numbers do not depend on the process's locale.
+//         and 1 carry the records' own text and byte forms instead. Numbers do not depend on the process's
+//         locale.
 // Errors: null, 0 or false; what is wrong with an answer goes to standard error, one line.
 #pragma once
 
