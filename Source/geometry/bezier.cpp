@@ -4,6 +4,7 @@
 #include "Source/geometry/point_math.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 double points_distance(const vnt::Point& a, const vnt::Point& b) { return vnt::distance_of(a, b); }
@@ -58,32 +59,43 @@ std::list<vnt::Point> divide_bezier(const std::list<vnt::Point>& segment, const 
 namespace vnt {
 namespace {
 
-template <class Kind>
-const Kind& downcast(const PrimInfo& primitive)
+std::list<Point> segments_of(const PrimL& line, double /*tolerance*/)
 {
-    return dynamic_cast<const Kind&>(primitive);
+    return conv_line_to_bezier(line.start, line.end);
+}
+
+std::list<Point> segments_of(const PrimC& circle, double tolerance)
+{
+    return conv_arc_to_bezier(circle.center, circle.radius, circle.radius, circle.start, circle.end,
+                              circle.posture, tolerance);
+}
+
+std::list<Point> segments_of(const PrimE& ellipse, double tolerance)
+{
+    return conv_arc_to_bezier(ellipse.center, ellipse.major_radius, ellipse.minor_radius, ellipse.start,
+                              ellipse.end, ellipse.posture, tolerance);
+}
+
+std::list<Point> segments_of(const PrimF& curve, double /*tolerance*/) { return curve.points; }
+
+template <class Kind>
+std::list<Point> segments_as(const PrimInfo* primitive, double tolerance)
+{
+    const auto* const kind = dynamic_cast<const Kind*>(primitive);
+    return kind != nullptr ? segments_of(*kind, tolerance) : std::list<Point>();
 }
 
 } // namespace
 
 std::list<Point> conv_prim_to_bezier(const PrimInfo* primitive, double tolerance)
 {
+    if (primitive == nullptr)
+        return {};
     switch (primitive->type) {
-    case PRIM_LINE: {
-        const auto& line = downcast<PrimL>(*primitive);
-        return conv_line_to_bezier(line.start, line.end);
-    }
-    case PRIM_CIRCLE: {
-        const auto& circle = downcast<PrimC>(*primitive);
-        return conv_arc_to_bezier(circle.center, circle.radius, circle.radius, circle.start, circle.end,
-                                  circle.posture, tolerance);
-    }
-    case PRIM_ELLIPSE: {
-        const auto& ellipse = downcast<PrimE>(*primitive);
-        return conv_arc_to_bezier(ellipse.center, ellipse.major_radius, ellipse.minor_radius, ellipse.start,
-                                  ellipse.end, ellipse.posture, tolerance);
-    }
-    case PRIM_FREE: return downcast<PrimF>(*primitive).points;
+    case PRIM_LINE: return segments_as<PrimL>(primitive, tolerance);
+    case PRIM_CIRCLE: return segments_as<PrimC>(primitive, tolerance);
+    case PRIM_ELLIPSE: return segments_as<PrimE>(primitive, tolerance);
+    case PRIM_FREE: return segments_as<PrimF>(primitive, tolerance);
     default: return {};
     }
 }

@@ -2,11 +2,10 @@
 //
 // Space:  an arc is given in its own frame, origin at its centre; the results are in model space.
 // Units:  angles in radians, counter-clockwise from local x, whole turns counted; lengths in model units.
-// Shapes: a Bézier point list holds 4 points per segment: start, control, control, end; a segment starts
-// where
-//         the one before ends. An empty list draws nothing. A leg is a quarter of an ellipse as one segment.
-// Errors: nothing throws or reports; what draws nothing gives an empty list, numbers that are not finite give
-//         such numbers.
+// Shapes: a Bézier point list holds 4 points per segment: start, control, control, end; each segment starts
+//         where the one before ends. A leg is a quarter of an ellipse as one segment.
+// Errors: nothing throws or reports. What draws nothing gives an empty list, and numbers that are not finite
+//         give such numbers.
 #pragma once
 
 #include "Source/geometry/primitives.h"
@@ -28,10 +27,8 @@ double calc_signed_triangle_square(const vnt::Point& a, const vnt::Point& b, con
 // The triangle of a Bézier curve of any degree at t: level 0 is the control list, each further level one
 // point shorter, the last one the point of the curve. An empty list gives one empty level.
 //
-// Accuracy: for t from 0 to 1 each level adds at most 2 units of rounding, relative to the largest
-// coordinate. Source:   de Casteljau's algorithm; G. Farin, Curves and Surfaces for CAGD, chapter "The de
-// Casteljau
-//           Algorithm".
+// Accuracy: for t from 0 to 1 each level adds at most a unit in the last place of the largest coordinate.
+// Source:   G. Farin, Curves and Surfaces for CAGD, chapter "The de Casteljau Algorithm".
 std::vector<std::vector<vnt::Point>> de_casteljau(const std::list<vnt::Point>& control_points, double t);
 
 // The quarter of an axis-aligned ellipse that spans (quadrant - 1) 90° to quadrant 90°, counter-clockwise.
@@ -43,10 +40,11 @@ std::list<vnt::Point> get_leg_arc(int quadrant, double radius_x, double radius_y
 
 // The part of a cubic before or after the place where it crosses the line through ray_origin and ray_point.
 //
-// segment:   runs counter-clockwise about ray_origin and crosses once, as a leg does. Not 4 points: empty
-// list. tolerance: > 0; compared with the area of the triangle ray_origin, curve point, ray_point. Accuracy:
-// the cut is off the line by at most 2 tolerance / |ray_point - ray_origin|. Source:    bisection of the
-// parameter, then de Casteljau's subdivision there.
+// segment:   runs counter-clockwise about ray_origin and crosses the line once, as a leg does. Not 4 points:
+//            empty list.
+// tolerance: > 0; compared with the area of the triangle ray_origin, curve point, ray_point.
+// Accuracy:  the cut is off the line by at most 2 tolerance / |ray_point - ray_origin|.
+// Source:    bisection of the parameter, then de Casteljau's subdivision there.
 //
 // Deliberate: an end whose triangle has an area below 1.0 counts as on the line, in any unit: a cut at the
 // start keeps all or nothing. Kept by DivideBezier.KeepsTheAreaBoundOfOneAtTheEnds. Depends on it: arcs that
@@ -63,7 +61,8 @@ namespace vnt {
 
 // A primitive as Bézier segments; the tolerance is for the cuts of its arc, as in conv_arc_to_bezier. A free
 // curve's control points come back as they are. Whether a flag calls it an arc or closed plays no part: a
-// circle is an arc of a whole turn. An unknown type gives an empty list.
+// circle is an arc of a whole turn. Null, an unknown type, or one that is not the primitive's own gives an
+// empty list.
 std::list<Point> conv_prim_to_bezier(const PrimInfo* primitive, double tolerance);
 
 // A straight segment, its control points on its ends: start, start, end, end.
@@ -72,11 +71,11 @@ std::list<Point> conv_line_to_bezier(const Point& start, const Point& end);
 // The arc from start_angle to end_angle, at most one segment per quarter of the ellipse that it enters.
 //
 // start_angle, end_angle: past 2π the turn repeats. Not start < end, not finite, or with a turn number that
-//             leaves 32 bits: empty list.
-// tolerance:  > 0, as in divide_bezier: of a triangle with a side of radius_x. Out of reach: never returns,
-//             unless all cuts fall on ends of legs.
-// Accuracy:   between the cuts as get_leg_arc; a cut is off its ray by at most 2 max(tolerance, 1) /
-// radius_x. Source:     get_leg_arc and divide_bezier.
+//            leaves 32 bits: empty list. A list of many turns is as long as they ask for.
+// tolerance: > 0, as in divide_bezier: of a triangle with a side of radius_x. Out of reach: never returns,
+//            unless all cuts fall on ends of legs.
+// Accuracy:  between the cuts as get_leg_arc; a cut is off its ray by 2 max(tolerance, 1) / radius_x at most.
+// Source:    get_leg_arc and divide_bezier.
 //
 // Deliberate: the cutting rays go through (radius_x cos, radius_x sin) on an ellipse too, so that its angles
 // are polar angles, not parameters. Kept by ConvArcToBezier.KeepsPolarAnglesOnAnEllipse. Depends on it:

@@ -2,9 +2,8 @@
 
 #include "Source/geometry/point_math.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <vector>
+#include <iterator>
+#include <utility>
 
 namespace vnt {
 namespace {
@@ -14,6 +13,11 @@ constexpr double kThinning = 5.0;
 
 struct Cubic {
     Point points[4];
+
+    Cubic(const Point& start, const Point& control1, const Point& control2, const Point& end)
+        : points{start, control1, control2, end}
+    {
+    }
 };
 
 Point plus(const Point& a, double factor, const Point& b)
@@ -34,7 +38,7 @@ Point direction(const Point& prev, const Point& next)
     return Point(chord.x / length, chord.y / length, chord.z / length);
 }
 
-// Hands every point that is kept to the taker.
+// Hands every point that is kept to the taker, as it stands in the list.
 template <class Take>
 void thin(const std::list<Point>& points, double min_distance, Take take)
 {
@@ -52,10 +56,8 @@ bool merge(Cubic& current, const Cubic& next, double tolerance)
     const Point(&a)[4] = current.points;
     const Point(&b)[4] = next.points;
     const double t = distance_of(a[2], a[3]) / distance_of(a[2], b[1]);
-    const Cubic merged{
-        {a[0], weighted_sum(a[0], a[1], 1 / t, -(1 - t) / t),
-         weighted_sum(b[2], b[3], -t / (1 - t), 1 / (1 - t)), b[3]}
-    };
+    const Cubic merged(a[0], weighted_sum(a[0], a[1], 1 / t, -(1 - t) / t),
+                       weighted_sum(b[2], b[3], -t / (1 - t), 1 / (1 - t)), b[3]);
     const CubicTriangle triangle(merged.points, t);
     // A distance that is NaN is not greater.
     if (distance_of(triangle.level2[0], a[2]) > tolerance || distance_of(triangle.level3, a[3]) > tolerance ||
@@ -68,9 +70,7 @@ bool merge(Cubic& current, const Cubic& next, double tolerance)
 Cubic cubic_of(const std::list<Point>& segment)
 {
     auto it = segment.begin();
-    return {
-        {*it, *std::next(it), *std::next(it, 2), *std::next(it, 3)}
-    };
+    return Cubic(*it, *std::next(it), *std::next(it, 2), *std::next(it, 3));
 }
 
 // Takes segments in order and appends to a list what they merge to.
@@ -97,9 +97,7 @@ private:
     std::list<Point>& out_;
     double tolerance_;
     bool has_current_ = false;
-    Cubic current_{
-        {Point(0, 0, 0), Point(0, 0, 0), Point(0, 0, 0), Point(0, 0, 0)}
-    };
+    Cubic current_{Point(0, 0, 0), Point(0, 0, 0), Point(0, 0, 0), Point(0, 0, 0)};
 };
 
 } // namespace
@@ -108,29 +106,27 @@ std::list<Point> conv_free_to_bezier(const std::list<Point>& points, double tole
 {
     if (points.empty())
         return {};
-    std::vector<Point> samples;
-    thin(points, tolerance * kThinning, [&samples](const Point& point) { samples.push_back(point); });
-
     std::list<Point> curve;
     Merger merger(curve, tolerance);
-    Point start = samples.front();
-    Point arm = samples.front();
-    for (std::size_t i = 1; i + 1 < samples.size(); ++i) {
-        const Point& prev = samples[i - 1];
-        const Point& mid = samples[i];
-        const Point& next = samples[i + 1];
-        const double arm_in = distance_of(prev, mid) / 3.0;
-        const double arm_out = distance_of(next, mid) / 3.0;
-        const Point tangent = direction(prev, next);
-        merger.take({
-            {start, arm, minus(mid, arm_in, tangent), mid}
-        });
-        start = mid;
-        arm = plus(mid, arm_out, tangent);
-    }
-    merger.take({
-        {start, arm, samples.back(), samples.back()}
+    Point start = points.front();
+    Point arm = points.front();
+    Point end = points.front();
+    const Point* prev = nullptr;
+    const Point* mid = nullptr;
+    thin(points, tolerance * kThinning, [&](const Point& next) {
+        if (prev != nullptr) {
+            const double arm_in = distance_of(*prev, *mid) / 3.0;
+            const double arm_out = distance_of(next, *mid) / 3.0;
+            const Point tangent = direction(*prev, next);
+            merger.take(Cubic(start, arm, minus(*mid, arm_in, tangent), *mid));
+            start = *mid;
+            arm = plus(*mid, arm_out, tangent);
+        }
+        prev = mid;
+        mid = &next;
+        end = next;
     });
+    merger.take(Cubic(start, arm, end, end));
     merger.finish();
     return curve;
 }

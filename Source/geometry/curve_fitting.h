@@ -14,8 +14,7 @@
 
 #include <list>
 
-// Drops every point that lies closer than min_distance to the last one kept, whatever z they have; the first
-// is kept.
+// Drops every point that lies closer than min_distance to the last one kept; the first is kept.
 //
 // Deliberate: the last point gets no special treatment: dropped, it leaves the line short of its end.
 // Kept by SimplificationPoints.KeepsDroppingACloseLastPoint. Depends on it: nothing.
@@ -43,11 +42,10 @@ namespace vnt {
 // The smooth curve through samples of points that are 5 tolerance or more apart. The first and the last
 // segment have no arm at the curve's ends. No points: empty list. One: a segment of four equal points.
 //
-// Accuracy: before the merging the curve goes through every sample kept; each merge may move it by about the
-//           tolerance.
-// Source:   tangents as of a Catmull-Rom spline with arms of a third of the chords; E. Catmull, R. Rom, A
-// Class
-//           of Local Interpolating Splines.
+// Accuracy: before the merging the curve goes through every sample kept; what merges is bound to it by the
+//           three points of simplification_cp alone, and may leave it by some tolerances between them.
+// Source:   tangents as of E. Catmull, R. Rom, A Class of Local Interpolating Splines; arms of a third of the
+//           chords.
 std::list<Point> conv_free_to_bezier(const std::list<Point>& points, double tolerance);
 
 } // namespace vnt

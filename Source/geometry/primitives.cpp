@@ -44,6 +44,15 @@ std::uint32_t count_of(const List& list)
 
 const char* flag_text(bool flag) { return flag ? "1" : "0"; }
 
+// "0" or "1", whatever the stream is set to make of flags.
+std::istream& read_text_flag(std::istream& in, bool& flag)
+{
+    const std::ios::fmtflags before = in.flags();
+    in >> std::noboolalpha >> flag;
+    in.flags(before);
+    return in;
+}
+
 std::uint32_t read_raw_count(std::istream& in)
 {
     std::uint32_t count = 0;
@@ -89,14 +98,15 @@ void as_its_kind(Info& primitive, Action action)
     }
 }
 
-// Appends a placeholder of that type, or null, and lets fill set its fields.
+// Makes a placeholder of that type, or null, lets fill set its fields, and appends it.
 template <class Fill>
 void append_filled(std::list<PrimInfo*>& primitives, std::int32_t type, Fill fill)
 {
+    std::unique_ptr<PrimInfo> made = make_placeholder(type);
+    if (made != nullptr)
+        as_its_kind(*made, fill);
     primitives.push_back(nullptr); // first: a throwing push_back must not leak the primitive
-    primitives.back() = make_placeholder(type).release();
-    if (primitives.back() != nullptr)
-        as_its_kind(*primitives.back(), fill);
+    primitives.back() = made.release();
 }
 
 } // namespace
@@ -297,8 +307,8 @@ std::ostream& operator<<(std::ostream& out, const PrimC& circle)
 
 std::istream& operator>>(std::istream& in, PrimC& circle)
 {
-    return in >> circle.center >> circle.radius >> circle.start >> circle.end >> circle.is_arc >>
-           circle.posture;
+    in >> circle.center >> circle.radius >> circle.start >> circle.end;
+    return read_text_flag(in, circle.is_arc) >> circle.posture;
 }
 
 std::ostream& operator<<(std::ostream& out, const PrimE& ellipse)
@@ -312,8 +322,8 @@ std::ostream& operator<<(std::ostream& out, const PrimE& ellipse)
 
 std::istream& operator>>(std::istream& in, PrimE& ellipse)
 {
-    return in >> ellipse.center >> ellipse.major_radius >> ellipse.minor_radius >> ellipse.start >>
-           ellipse.end >> ellipse.is_arc >> ellipse.posture;
+    in >> ellipse.center >> ellipse.major_radius >> ellipse.minor_radius >> ellipse.start >> ellipse.end;
+    return read_text_flag(in, ellipse.is_arc) >> ellipse.posture;
 }
 
 std::ostream& operator<<(std::ostream& out, const PrimF& curve)
@@ -330,7 +340,7 @@ std::istream& operator>>(std::istream& in, PrimF& curve)
     const std::int32_t count = read_text_int(in, 0);
     for (std::int32_t i = 0; i < count; ++i)
         in >> curve.points.emplace_back(0.0, 0.0, 0.0);
-    return in >> curve.closed;
+    return read_text_flag(in, curve.closed);
 }
 
 std::ostream& operator<<(std::ostream& out, const StrokeInfo& stroke)

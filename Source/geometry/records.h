@@ -71,7 +71,7 @@ struct ViewportInfo {
 struct ModelSpaceInfo {
     Matrix viewport_space_to_model_space_mapping_matrix;
     Matrix unit_grid_space_to_model_space_mapping_matrix; // one grid step is 1 in grid space
-    std::int32_t derivational_scale_factor;               // subdivisions of a grid step
+    std::int32_t derivational_scale_factor; // unit grid steps in one step of the document's grid
 
     // Deliberate: leaves derivational_scale_factor unset; the capture of the grid assigns it before it is
     // sent. Kept by ModelSpaceInfo.KeepsTheScaleFactorUnsetAtConstruction. Depends on it: nothing.

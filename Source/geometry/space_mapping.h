@@ -1,9 +1,9 @@
 // Affine maps between the spaces of a view: solved from four points, inverted, and built for its grid.
 //
-// Space:  viewport space is the window's pixels, model space the artwork; in unit grid space a grid step
-// is 1. Units:  those of the points and matrices that are passed in; nothing here converts. Shapes: a matrix
-// maps points as columns (x, y, z, 1), so that its last row is (0, 0, 0, 1); element (row,
-//         column) is number row * 4 + column.
+// Space:  viewport space is the window's pixels, model space the artwork; a grid step is 1 in unit grid space.
+// Units:  those of the points and matrices that are passed in; nothing here converts.
+// Shapes: a matrix maps points as columns (x, y, z, 1), and its last row is (0, 0, 0, 1). Element (row, column)
+//         is number row * 4 + column.
 // Errors: nothing throws or reports. Singular input gives infinities or NaN, or comes back unchanged where
 //         the declaration says so.
 #pragma once
@@ -22,7 +22,7 @@ void gause(double a[4][5], double x[4]);
 
 // The determinant of the 3x3 block of m in rows r0, r1, r2 and columns c0, c1, c2, each 0 to 3.
 //
-// Accuracy: within 8 units in the last place of the sum of the six products' magnitudes; where they cancel,
+// Accuracy: within 4 units in the last place of the sum of the six products' magnitudes; where they cancel,
 //           the result may be all rounding.
 // Source:   Sarrus's rule, the three products that are added first.
 double matrix_det(const vnt::Matrix& m, int r0, int r1, int r2, int c0, int c1, int c2);
@@ -52,9 +52,8 @@ ModelSpaceInfo calc_model_space_matrix(const Point& s1, const Point& s2, const P
 // The unit-grid-to-model matrix of a grid that lies in the plane z = 0 of the viewport.
 //
 // scale:  a grid step in viewport units.
-// origin: where the grid starts, in model space; grid point (u, v) is viewport point (x + scale u, y + scale
-// v)
-//         with (x, y) the origin seen in the viewport.
+// origin: where the grid starts, in model space. With (x, y) the origin seen in the viewport, grid point
+//         (u, v) is viewport point (x + scale u, y + scale v).
 //
 // Deliberate: the z of the origin seen in the viewport is dropped: the grid stays in the viewport's plane.
 // Kept by ViewGridSpaceMatrix.KeepsTheGridInTheViewportPlane. Depends on it: nothing.

@@ -93,18 +93,24 @@ int tagrec::find(std::vector<tagrec*>& out, const std::string& name) const
 int tagrec::path(std::vector<tagrec*>& out, const std::string& expr) const
 {
     const std::size_t slash = expr.find('/');
-    if (slash == std::string::npos)
-        return scan(out, expr);
-    if (slash == 0)
-        return 0;
-    if (slash == expr.size() - 1)
+    if (slash == std::string::npos || (slash > 0 && slash + 1 == expr.size()))
         return scan(out, expr.substr(0, slash));
     std::vector<tagrec*> found;
-    if (scan(found, expr.substr(0, slash)) == 0)
+    if (slash == 0 || scan(found, expr.substr(0, slash)) == 0)
         return 0;
-    const std::string rest = expr.substr(slash + 1);
-    for (const tagrec* node : found)
-        node->path(out, rest);
+    for (std::size_t begin = slash + 1;;) { // level by level: a long expression needs no stack either
+        const std::size_t end = std::min(expr.find('/', begin), expr.size());
+        if (end == begin)
+            break; // the rest starts with "/"
+        const bool is_last = end + 1 >= expr.size();
+        std::vector<tagrec*> matches;
+        for (const tagrec* node : found)
+            node->scan(is_last ? out : matches, expr.substr(begin, end - begin));
+        if (is_last)
+            break;
+        found.swap(matches);
+        begin = end + 1;
+    }
     return static_cast<int>(out.size());
 }
 

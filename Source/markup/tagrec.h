@@ -15,13 +15,18 @@
 
 class tagrec {
 public:
-    int empty =
-        1; // 0 when the element has an end tag; 1 for self-closing elements, declarations and the root
-    int position = 0; // length of the parent's text when this node was opened: where it sits in that text
+    // 0 when the element has an end tag; 1 for self-closing elements, declarations and the root.
+    int empty = 1;
+
+    // Length of the parent's text when this node was opened: where it sits in that text.
+    int position = 0;
+
     std::string tag;  // the root's is empty
     std::string text; // character data directly inside, children's excluded
-    std::list<std::pair<std::string, std::string>>
-        attributes;              // name and value in document order, quotes removed
+
+    // Name and value in document order, quotes removed.
+    std::list<std::pair<std::string, std::string>> attributes;
+
     std::list<tagrec*> children; // in document order
     tagrec* parent = nullptr;    // null for the root
 

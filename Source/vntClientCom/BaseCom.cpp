@@ -31,7 +31,7 @@ constexpr int kSendFlags = 0;
 
 void refuse_sigpipe([[maybe_unused]] int socket)
 {
-#if !defined(MSG_NOSIGNAL) && defined(SO_NOSIGPIPE)
+#ifdef SO_NOSIGPIPE // where both are, an older system may know only this one
     const int on = 1;
     setsockopt(socket, SOL_SOCKET, SO_NOSIGPIPE, &on, sizeof on);
 #endif

@@ -7,7 +7,7 @@
 // Errors: 1 for success and 0 for failure; nothing is reported, and what cannot be sent is not noticed. A
 //         peer that has closed never raises SIGPIPE, and a send or receive that a signal interrupts is
 //         repeated.
-// Time:   reading waits as long as nothing arrives, without limit.
+// When:   reading waits as long as nothing arrives, without limit.
 #pragma once
 
 #include <sstream>
@@ -71,6 +71,9 @@ public:
     void disconnect();
 
     // Closes one descriptor; returns what the system's close returns.
+    //
+    // Deliberate: any descriptor, and the fields stay as they are.
+    // Kept by BaseComEnd.KeepsClosingAnyDescriptor. Depends on it: the link, which closes its own after an answer.
     int close_socket(int descriptor);
 
     // Wall-clock time in seconds, to the microsecond.

@@ -1,6 +1,9 @@
 #include "Source/vntClientCom/number_text.h"
 
+#if __has_include(<charconv>)
 #include <charconv>
+#endif
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -21,7 +24,6 @@ struct Decimal {
     const char* end = nullptr;
     bool negative = false;
     bool valid = false;
-    bool exact = true;        // digits holds all of them; else only the first ones
     std::uint64_t digits = 0; // without leading zeros
     std::int64_t exponent = 0;
 };
@@ -65,7 +67,6 @@ Decimal read_decimal(const char* p, const char* end)
             number.digits = number.digits * 10 + static_cast<std::uint64_t>(*p - '0');
             places += point ? 1 : 0;
         } else {
-            number.exact = number.exact && *p == '0';
             dropped += point ? 0 : 1;
         }
     }
@@ -76,15 +77,19 @@ Decimal read_decimal(const char* p, const char* end)
     return number;
 }
 
-// Exact where both factors are: a whole number below 2^53 and a power of ten up to 10^22 have no rounding
-// error, so that one operation rounds once.
+// Exact where both factors are: a whole number up to 2^53 and a power of ten up to 10^22 have no rounding
+// error, so that one operation rounds once. Only where it rounds to a double at once: not with wider
+// intermediate results. More digits than fit in Decimal are more than 2^53.
 // Source: W. D. Clinger, How to Read Floating Point Numbers Accurately, PLDI 1990.
 bool try_exact_product(const Decimal& number, double& value)
 {
+#if !defined(FLT_EVAL_METHOD) || FLT_EVAL_METHOD != 0
+    return false;
+#endif
     constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     constexpr std::uint64_t kExactWhole = std::uint64_t{1} << 53;
-    if (!number.exact || number.digits > kExactWhole || number.exponent < -22 || number.exponent > 22)
+    if (number.digits > kExactWhole || number.exponent < -22 || number.exponent > 22)
         return false;
     const auto whole = static_cast<double>(number.digits);
     value = number.exponent < 0 ? whole / kPowers[-number.exponent] : whole * kPowers[number.exponent];
@@ -107,7 +112,8 @@ double nearest_double(const Decimal& number)
 #else
     std::istringstream stream(std::string(number.begin, number.end));
     stream.imbue(std::locale::classic());
-    const bool in_range = static_cast<bool>(stream >> value);
+    stream >> value; // some libraries fail on a number too small to be normal, and set it all the same
+    constexpr bool in_range = true;
 #endif
     return in_range && std::isfinite(value) ? value : out_of_range(number);
 }

@@ -69,8 +69,8 @@ private:
 
 bool problem(int line, const char* message)
 {
-    std::cerr << "vntClientCom"
-              << "( " << line << " ) : " << message << std::endl;
+    // One text: the host's settings of the stream do not change the number, nor do others' words come between.
+    std::cerr << "vntClientCom( " + std::to_string(line) + " ) : " + message << std::endl;
     return false;
 }
 

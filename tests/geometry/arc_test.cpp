@@ -144,17 +144,21 @@ TEST(ConvArcToBezier, PlacesByThePostureAndThenTheCentre)
     EXPECT_EQ(text({arc.front(), arc.back()}), "1008,2040,3072  1008,2024,3040");
 }
 
-TEST(ConvArcToBezier, SumsAPlacedCoordinateFromTheLeft)
+// Doubles are 2 apart at 1e16: 1 and 0.99 are lost there one by one, and not together.
+TEST(ConvArcToBezier, AddsTheCentreLast)
 {
-    // 1e16 + 1 rounds to 1e16; a centre added first, or the columns summed last to first, would give another.
     Matrix posture;
-    posture.m00 = 1e16;
-    posture.m02 = 1.0;
-    const Points arc = vnt::conv_arc_to_bezier(Point(1, 0, 0), 1.0, 1.0, 0.0, kPi / 2, posture, 1.0);
-    EXPECT_EQ(arc.front().x, 1e16);
-    posture.m01 = -1e16;
-    const Points wide = vnt::conv_arc_to_bezier(Point(1, 0, 0), 1.0, 1.0, 0.0, kPi / 2, posture, 1.0);
-    EXPECT_EQ(wide.back().x, -1e16);
+    posture.m01 = 0.99 / kKappa;
+    const Points arc = vnt::conv_arc_to_bezier(Point(1e16, 0, 0), 1.0, 1.0, 0.0, kPi / 2, posture, 1.0);
+    ASSERT_EQ(arc.size(), 4U);
+    EXPECT_EQ(std::next(arc.begin())->x, 1e16 + 2.0);
+}
+
+// sin 2π is not quite 0 in doubles, and on so large a circle the difference is an area above 1.
+TEST(ConvArcToBezier, EndsAWholeTurnInTheTurnBeforeHoweverLargeTheCircle)
+{
+    EXPECT_EQ(circle_arc(1e9, 0.0, 2 * kPi, -1.0).size(), 16U);
+    EXPECT_EQ(circle_arc(1e9, 0.0, 4 * kPi, -1.0).size(), 32U);
 }
 
 TEST(ConvArcToBezier, KeepsTheTranslationColumnUnapplied)

@@ -207,7 +207,7 @@ TEST(DivideBezier, AgreesWithThePlainOneToTheLastBit)
         return Point(seeded.between(-50, 50), seeded.between(-50, 50), seeded.between(-50, 50));
     };
     int compared = 0;
-    for (int i = 0; i < 5000; ++i) {
+    for (int i = 0; i < 1000; ++i) {
         const Points segment = {some_point(), some_point(), some_point(), some_point()};
         const Point ray_origin = some_point();
         const Point ray_point = some_point();
@@ -220,7 +220,7 @@ TEST(DivideBezier, AgreesWithThePlainOneToTheLastBit)
         const Points part = divide_bezier(segment, ray_origin, ray_point, keep_before, tolerance);
         ASSERT_TRUE(bits::same(part, *expected)) << "segment " << i << ' ' << text(segment);
     }
-    EXPECT_GT(compared, 1000); // the others never end
+    EXPECT_GT(compared, 200); // the others never end
 }
 
 TEST(DivideBezier, KeepsTheAreaBoundOfOneAtTheEnds)
@@ -280,6 +280,14 @@ TEST(ConvPrimToBezier, OfAnUnknownTypeIsEmpty)
 {
     const vnt::PrimInfo unknown(static_cast<vnt::PrimType>(7));
     EXPECT_TRUE(vnt::conv_prim_to_bezier(&unknown, 1.0).empty());
+}
+
+TEST(ConvPrimToBezier, OfNothingOrOfAnotherTypesPrimitiveIsEmpty)
+{
+    EXPECT_TRUE(vnt::conv_prim_to_bezier(nullptr, 1.0).empty());
+    vnt::PrimF free({Point(1, 0, 0)}, false);
+    free.type = vnt::PRIM_CIRCLE;
+    EXPECT_TRUE(vnt::conv_prim_to_bezier(&free, 1.0).empty());
 }
 
 } // namespace

@@ -140,6 +140,27 @@ TEST(Primitives, AreReadBackFromBytesBitForBit)
     EXPECT_EQ(bytes_of(figure), bytes_of(source));
 }
 
+template <class Kind>
+void expect_flag_as_a_digit(const Kind& source, Kind target)
+{
+    std::stringstream words;
+    words << std::boolalpha << source;
+    EXPECT_EQ(words.str(), text_of(source));
+    EXPECT_TRUE(words >> target);
+    EXPECT_EQ(text_of(target), text_of(source));
+    EXPECT_TRUE(words.flags() & std::ios::boolalpha);
+}
+
+TEST(Primitives, HaveADigitForAFlagOnAStreamOfWords)
+{
+    expect_flag_as_a_digit(some_arc(), some_circle());
+    expect_flag_as_a_digit(some_circle(), some_arc());
+    expect_flag_as_a_digit(some_ellipse(), some_elliptic_arc());
+    expect_flag_as_a_digit(some_elliptic_arc(), some_ellipse());
+    expect_flag_as_a_digit(some_curve(), empty_curve());
+    expect_flag_as_a_digit(empty_curve(), some_curve());
+}
+
 // What a record is after reading the first size bytes of fresh over stale: whole words only.
 std::string after_short_read(const std::string& fresh, const std::string& stale, std::size_t size,
                              const std::vector<std::size_t>& words)

@@ -318,6 +318,7 @@ TEST(MatrixInv, MultipliesByTheReciprocalOfTheDeterminant)
     const Matrix m = matrix({49, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});
     EXPECT_EQ(matrix_inv(m).m11, 49.0 * (1.0 / 49.0));
     EXPECT_EQ(matrix_inv(m).m11, 1.0 - 0x1p-53);
+    EXPECT_EQ(matrix_inv(m).m33, 1.0); // is set, not computed
 }
 
 TEST(MatrixInv, KeepsGivingBackASingularInput)

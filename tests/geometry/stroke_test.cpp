@@ -146,7 +146,8 @@ TEST_P(LineThatSaysItIs, IsABadCast)
     EXPECT_THROW(bytes_of(stroke), std::bad_cast);
     EXPECT_THROW(StrokeInfo{stroke}, std::bad_cast);
     StrokeInfo target = stroke_of(some_line());
-    EXPECT_THROW(target = stroke, std::bad_cast); // what it got of the copy is still its own to delete
+    EXPECT_THROW(target = stroke, std::bad_cast);
+    EXPECT_EQ(text_of(target), "1\n1\n" + kArcText); // what it got of the copy is its own, and nothing else
     FigPrimInfo figure;
     EXPECT_THROW(figure.strokes.push_back(stroke), std::bad_cast);
 }

@@ -76,4 +76,27 @@ TEST(OpenDeepTree, IsDeletedWithoutStack)
     EXPECT_EQ(acceptable, 0);
 }
 
+TEST(DeepPath, NeedsNoStack)
+{
+    constexpr std::size_t kNames = 100'000;
+    const std::string document = nested(kNames);
+    std::string path = "a";
+    for (std::size_t i = 1; i < kNames; ++i)
+        path += "/a";
+    int result = 0;
+    bool is_the_deepest = false;
+    support::run_on_small_stack([&] {
+        parser p;
+        p.feed(document.data(), document.size());
+        std::vector<tagrec*> all;
+        p.root->find(all, "a");
+        std::vector<tagrec*> out;
+        result = p.root->path(out, path);
+        is_the_deepest = out == std::vector<tagrec*>{all.back()};
+        delete p.root;
+    });
+    EXPECT_EQ(result, 1);
+    EXPECT_TRUE(is_the_deepest);
+}
+
 } // namespace

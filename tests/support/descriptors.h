@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace support {
 
@@ -68,15 +69,15 @@ private:
     int number_;
 };
 
-// Two ends of a stream.
+// Two ends of a stream, or of SOCK_SEQPACKET, where each send is a record of its own.
 struct SocketPair {
     Descriptor link;
     Descriptor peer;
 
-    SocketPair()
+    explicit SocketPair(int type = SOCK_STREAM)
     {
         int ends[2];
-        if (socketpair(AF_UNIX, SOCK_STREAM, 0, ends) != 0)
+        if (socketpair(AF_UNIX, type, 0, ends) != 0)
             throw std::runtime_error("socketpair failed");
         link.reset(ends[0]);
         peer.reset(ends[1]);
@@ -103,6 +104,19 @@ inline std::string receive_waiting(int socket)
         if (count <= 0)
             return bytes;
         bytes.append(buffer, static_cast<std::size_t>(count));
+    }
+}
+
+// The records that are there now, of a pair that keeps them apart.
+inline std::vector<std::string> receive_waiting_records(int socket)
+{
+    std::vector<std::string> records;
+    char buffer[4096];
+    for (;;) {
+        const ssize_t count = recv(socket, buffer, sizeof buffer, MSG_DONTWAIT);
+        if (count <= 0)
+            return records;
+        records.emplace_back(buffer, static_cast<std::size_t>(count));
     }
 }
 

@@ -15,14 +15,16 @@
 
 namespace support {
 
-inline sockaddr_in loopback(unsigned int port)
+inline sockaddr_in ipv4_address(unsigned int port, in_addr_t host)
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr = htonl(host);
     return address;
 }
+
+inline sockaddr_in loopback(unsigned int port) { return ipv4_address(port, INADDR_LOOPBACK); }
 
 class Listener {
 public:
@@ -48,6 +50,30 @@ private:
 
 // A port of loopback where nothing listens.
 inline unsigned int unused_port() { return Listener().port(); }
+
+// A port that nobody is given while this lives: bound, but not listened on, so that a server which sets
+// SO_REUSEADDR may have it.
+class ReservedPort {
+public:
+    ReservedPort() : socket_(socket(AF_INET, SOCK_STREAM, 0))
+    {
+        const int on = 1;
+        sockaddr_in address = ipv4_address(0, INADDR_ANY);
+        socklen_t size = sizeof address;
+        if (setsockopt(socket_.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
+            bind(socket_.get(), reinterpret_cast<const sockaddr*>(&address), size) != 0 ||
+            getsockname(socket_.get(), reinterpret_cast<sockaddr*>(&address), &size) != 0)
+            throw std::runtime_error("no port to reserve");
+        number_ = ntohs(address.sin_port);
+    }
+
+    unsigned int number() const { return number_; }
+    void release() { socket_.reset(-1); }
+
+private:
+    Descriptor socket_;
+    unsigned int number_ = 0;
+};
 
 class ScriptedPeer {
 public:

@@ -60,7 +60,8 @@ TEST_F(ProtocolDocument, ShowsTheCadInformationThatTheLinkSends)
     info.viewport_space_to_model_space_mapping_matrix.m11 = -1;
     info.viewport_space_to_model_space_mapping_matrix.m13 = 768;
     vnt::Matrix& grid = info.unit_grid_space_to_model_space_mapping_matrix;
-    grid.m00 = grid.m11 = grid.m22 = 50;
+    grid.m00 = grid.m22 = 50;
+    grid.m11 = -50;
     info.derivational_scale_factor = 4;
     link.send_CAD_info(vnt::ViewportInfo(0, 22, 1024, 768), info);
     EXPECT_EQ(support::receive_waiting(pair.peer.get()), lines[0] + "\n");
