@@ -1,0 +1,36 @@
+// The grid of an SVG document, and the artwork's origin, which hangs on it.
+//
+// Space: artwork, y up, with its origin at a crossing of the grid. An effect anchors its grid at the artwork's
+//        origin whatever the document says: any other origin would snap beside the lines that people see.
+// Units: points.
+#pragma once
+
+#include "host/kit/affine.h"
+#include "host/kit/svg_page.h"
+#include "host/kit/svg_tree.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace vnt::host {
+
+// What the grid suite says.
+struct GridSettings {
+    float spacing = 0;             // of the main lines
+    std::int32_t subdivisions = 1; // parts of a main step; at least 1
+    bool is_shown = false;
+    bool is_snapped_to =
+        false; // whether the editor snaps is not in the document; a shown grid counts as snapped to
+};
+
+struct DocumentGrid {
+    GridSettings settings;
+    Vec origin_on_page; // px; where the artwork's origin lies
+};
+
+// The grid is the first enabled and visible rectangular one, and is shown when the document shows its grids.
+// Where its steps differ in x and y, and for axonometric grids, there is none. The artwork's origin is that
+// grid's first crossing; else that of the first enabled rectangular grid, shown or not; else the page's corner.
+DocumentGrid read_grid(const SvgTree& tree, const SvgPage& page);
+
+} // namespace vnt::host
