@@ -148,8 +148,8 @@ Guess guess_by_angle(double part, double radius, double certain)
     return {root, certain / (0.5 * 1.535 * radius * radius)};
 }
 
-// On a leg of any ellipse, from the share of the way that a straight line between its ends would have gone. Good
-// to 2e-8 on a whole leg, to 0.05 on a part of one.
+// On a leg of any ellipse, from the share of the way that a straight line between its ends would have gone.
+// Good to 2e-8 on a whole leg, to 0.06 on a part of one.
 //
 // Source: least squares over the angles of a leg. All legs have this in common: they are images of one another,
 //         and shares of the way stay what they are.
@@ -233,9 +233,9 @@ bool is_ordinary(double radius_x, double radius_y)
 // cut_cubic's bisection to the bit, without the steps that are certain.
 //
 // Source: with u = 2^-53, X and Y the radii and S = X (X + Y), so that the areas of control points are below
-//         S / 2: the area by the triangle is off by at most 4 u S, that of a control point by u S, the
+//         S / 2: the area by the triangle is off by at most 5 u S, that of a control point by u S, the
 //         coefficients of the polynomial thus by u S, 12 u S, 30 u S and 24 u S, and its value by 64 u S more;
-//         and between control points that fall it may rise by 6 u S. These are 141 u S; 512 u S are allowed.
+//         and between control points that fall it may rise by 6 u S. These are 142 u S; 512 u S are allowed.
 bool cut_by_areas(Leg& leg, const Ray& ray, double radius_x, double radius_y, double part, bool keep_before,
                   double tolerance)
 {

@@ -4,10 +4,12 @@
 // neighbours, and cubics that follow one another are merged as long as the merged one reproduces them. One
 // pass from left to right: fast, not frugal.
 //
+// Space:  any; results are in that of the points.
 // Units:  points and tolerances in the same unit; nothing here depends on which.
 // Shapes: a Bézier point list holds 4 points per segment: start, control, control, end; a segment list holds
 //         one such group per entry.
-// Errors: nothing throws or reports. Coincident samples divide by zero: the numbers that come are not finite.
+// Errors: nothing reports, and nothing throws but for want of memory. Coincident samples divide by zero: the
+//         numbers that come are not finite.
 #pragma once
 
 #include "Source/geometry/records.h"

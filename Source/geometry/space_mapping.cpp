@@ -64,7 +64,8 @@ void gause(double a[4][5], double x[4])
         for (int j = k; j <= kUnknowns; ++j)
             a[k][j] *= reciprocal;
         for (int i = k + 1; i < kUnknowns; ++i) {
-            for (int j = kUnknowns; j >= 0; --j) // downwards: a[i][k] is used until it is itself reached
+            // Downwards: columns from k on see a[i][k] as it was, those before k what is left of it.
+            for (int j = kUnknowns; j >= 0; --j)
                 a[i][j] -= a[i][k] * a[k][j];
         }
     }

@@ -55,6 +55,9 @@ ModelSpaceInfo calc_model_space_matrix(const Point& s1, const Point& s2, const P
 // origin: where the grid starts, in model space. With (x, y) the origin seen in the viewport, grid point
 //         (u, v) is viewport point (x + scale u, y + scale v).
 //
+// Accuracy: that of matrix_inv for the origin, and 4 units in the last place of the largest product elsewhere.
+// Source:   the product of viewport_to_model and the grid's own matrix, a scaling and a translation.
+//
 // Deliberate: the z of the origin seen in the viewport is dropped: the grid stays in the viewport's plane.
 // Kept by ViewGridSpaceMatrix.KeepsTheGridInTheViewportPlane. Depends on it: nothing.
 Matrix calc_view_grid_space_matrix(double scale, const Matrix& viewport_to_model, const Point& origin);

@@ -7,9 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <iterator>
 #include <limits>
+#include <list>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -161,6 +164,27 @@ TEST(SimplificationCp, MergesASplitCubicBackIntoItself)
         auto got = parts.front().begin();
         for (const Point& p : cubic)
             EXPECT_LT(points_distance(*got++, p), 1e-9) << i; // rounding, enlarged by 1/t and 1/(1-t)
+    }
+}
+
+// The weights to the last bit: quotients such as (A1 - (1 - t) A0) / t would round otherwise.
+TEST(SimplificationCp, ProlongsTheOuterArmsByWeightsInTheParameter)
+{
+    Seeded seeded(13);
+    for (int i = 0; i < 2000; ++i) {
+        Points cubic;
+        for (int k = 0; k < 4; ++k)
+            cubic.emplace_back(seeded.between(-100, 100), seeded.between(-100, 100),
+                               seeded.between(-100, 100));
+        const Segments parts = split(cubic, seeded.between(0.1, 0.9));
+        const std::vector<Point> a(parts.front().begin(), parts.front().end());
+        const std::vector<Point> b(parts.back().begin(), parts.back().end());
+        const double t = points_distance(a[2], a[3]) / points_distance(a[2], b[1]);
+        const Points expected = {a[0], internal_division(a[0], a[1], 1 / t, -(1 - t) / t),
+                                 internal_division(b[2], b[3], -t / (1 - t), 1 / (1 - t)), b[3]};
+        Points current = parts.front();
+        ASSERT_TRUE(simplification_cp(current, parts.back(), 1e-6)) << i;
+        ASSERT_TRUE(bits::same(current, expected)) << i << '\n' << text(current) << '\n' << text(expected);
     }
 }
 

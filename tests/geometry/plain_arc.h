@@ -1,9 +1,8 @@
 // The cutting of arcs as plainly as it can be written: lists, and every step of the bisection. What the
 // library computes faster has to agree with this to the last bit.
 //
-// Errors: nullopt where the bisection never ends. A parameter of a bisection is halved 1075 times at most
-// before
-//         nothing of it changes any more; one that goes on past kSteps steps goes on for ever.
+// Errors: nullopt where the bisection never ends. Its bracket can be halved 1075 times at most before nothing
+//         of it changes any more; a bisection that goes on past kSteps steps goes on for ever.
 #pragma once
 
 #include "Source/geometry/records.h"

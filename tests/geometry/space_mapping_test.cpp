@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
-#include <string>
+#include <vector>
 
 namespace {
 
@@ -27,13 +29,13 @@ Matrix matrix(const double (&elements)[16])
     return m;
 }
 
-// Zeros of either sign are equal, NaNs too.
+// Bit by bit, but for NaN.
 testing::AssertionResult equal(const Matrix& got, const Matrix& expected)
 {
     for (std::size_t i = 0; i < Matrix::kElements; ++i) {
-        if (!(got[i] == expected[i] || (std::isnan(got[i]) && std::isnan(expected[i]))))
-            return testing::AssertionFailure() << "got" << support::describe(got) << ", expected"
-                                               << support::describe(expected) << " (beside the identity)";
+        if (!bits::same(got[i], expected[i]))
+            return testing::AssertionFailure()
+                   << "element " << i / 4 << i % 4 << " is " << got[i] << ", not " << expected[i];
     }
     return testing::AssertionSuccess();
 }
@@ -126,25 +128,29 @@ TEST(GauseSteps, ScaleByTheReciprocalOfThePivot)
     EXPECT_EQ(x[0], 1.0 - 0x1p-53);
 }
 
-// In place: columns left of the pivot are not swapped, but are taken off with the rest of the row.
+// In place: columns left of the pivot are not swapped. Less 1 - 2^-53 times themselves, the 3 and the 1 below
+// the first pivot leave 2^-51 and 2^-53; these stay in their rows when the rest of rows 1 and 2 is swapped.
 TEST(GauseSteps, LeaveTheSwappedRowsFirstColumnsBehind)
 {
     double a[4][5] = {
-        {2, 0, 0, 0, 2},
-        {1, 0, 1, 0, 4},
-        {1, 4, 0, 0, 9},
-        {0, 0, 0, 1, 4}
+        {49, 0, 0, 0, 2},
+        {3,  0, 1, 0, 4},
+        {1,  4, 0, 0, 9},
+        {0,  0, 0, 1, 4}
     };
     double x[4];
     gause(a, x);
-    EXPECT_EQ(x[0], 1.0);
-    EXPECT_EQ(x[1], 2.0);
-    EXPECT_EQ(x[2], 3.0);
-    EXPECT_EQ(x[3], 4.0);
+    const double left[4][4] = {
+        {1.0 - 0x1p-53, 0, 0, 0},
+        {0x1p-51,       1, 0, 0},
+        {0x1p-53,       0, 1, 0},
+        {0,             0, 0, 1}
+    };
     for (int row = 0; row < 4; ++row) {
         for (int column = 0; column < 4; ++column)
-            EXPECT_EQ(a[row][column], row == column ? 1.0 : 0.0) << row << ',' << column;
+            EXPECT_EQ(a[row][column], left[row][column]) << row << ',' << column;
     }
+    EXPECT_EQ(x[3], 4.0);
 }
 
 TEST(GauseSteps, GiveNumbersThatAreNotFiniteForASingularSystem)
@@ -278,18 +284,20 @@ struct InverseCase {
     Matrix m;
     Matrix inverse;
 };
+// A zero minor at a place of negative sign is -0.0, and so is a positive one over a negative determinant.
 const InverseCase kInverses[] = {
-    {"OfTheIdentityIsTheIdentity",                Matrix(),                                                    Matrix()},
+    {"OfTheIdentityIsTheIdentity",                Matrix(),
+     matrix({1, -0.0, 0, -0.0, -0.0, 1, -0.0, 0, 0, -0.0, 1, -0.0, -0.0, 0, -0.0, 1})         },
     {"OfAScalingHalves",                          matrix({2, 0, 0, 0, 0, 4, 0, 0, 0, 0, 8, 0, 0, 0, 0, 1}),
-     matrix({0.5, 0, 0, 0, 0, 0.25, 0, 0, 0, 0, 0.125, 0, 0, 0, 0, 1})                                                 },
+     matrix({0.5, -0.0, 0, -0.0, -0.0, 0.25, -0.0, 0, 0, -0.0, 0.125, -0.0, -0.0, 0, -0.0, 1})},
     {"OfATranslationGoesBack",                    matrix({1, 0, 0, 10, 0, 1, 0, 20, 0, 0, 1, 30, 0, 0, 0, 1}),
-     matrix({1, 0, 0, -10, 0, 1, 0, -20, 0, 0, 1, -30, 0, 0, 0, 1})                                                    },
+     matrix({1, -0.0, 0, -10, -0.0, 1, -0.0, -20, 0, -0.0, 1, -30, -0.0, 0, -0.0, 1})         },
     {"OfATurnTurnsBack",                          matrix({0, -1, 0, 3, 1, 0, 0, 4, 0, 0, 1, 5, 0, 0, 0, 1}),
-     matrix({0, 1, 0, -4, -1, 0, 0, 3, 0, 0, 1, -5, 0, 0, 0, 1})                                                       },
+     matrix({0, 1, 0, -4, -1, 0, -0.0, 3, 0, -0.0, 1, -5, -0.0, 0, -0.0, 1})                  },
     {"OfAMirrorIsTheMirror",                      matrix({1, 0, 0, 0, 0, -1, 0, 8, 0, 0, 1, 0, 0, 0, 0, 1}),
-     matrix({1, 0, 0, 0, 0, -1, 0, 8, 0, 0, 1, 0, 0, 0, 0, 1})                                                         },
+     matrix({1, 0, -0.0, 0, 0, -1, 0, 8, -0.0, 0, 1, 0, 0, -0.0, 0, 1})                       },
     {"TakesALastRowThatIsNotAffineFromTheMinors", matrix({1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 2, 3, 4, 5}),
-     matrix({5, 0, 0, 0, 0, 5, 0, 0, 0, 0, 5, 0, -2, -3, -4, 1})                                                       },
+     matrix({5, -0.0, 0, -0.0, -0.0, 5, -0.0, 0, 0, -0.0, 5, -0.0, -2, -3, -4, 1})            },
 };
 class MatrixInverses : public testing::TestWithParam<InverseCase> {};
 TEST_P(MatrixInverses, AreExact) { EXPECT_TRUE(equal(matrix_inv(GetParam().m), GetParam().inverse)); }

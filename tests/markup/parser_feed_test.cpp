@@ -2,6 +2,7 @@
 #include "tests/markup/documents.h"
 #include "tests/markup/odd_documents.h"
 #include "tests/markup/parser_probe.h"
+#include "tests/support/sanitized.h"
 
 #include <gtest/gtest.h>
 
@@ -111,15 +112,8 @@ TEST_P(FeedOfDocument, EqualsStepHoweverItIsCut)
 INSTANTIATE_TEST_SUITE_P(, FeedOfDocument, testing::ValuesIn(kDocuments),
                          [](const auto& row) { return row.param.name; });
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-constexpr bool kSanitized = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
-#else
-constexpr bool kSanitized = false;
-#endif
-constexpr int kRandomDocuments = kSanitized ? 5'000 : 50'000;
-constexpr std::size_t kLongestInside = kSanitized ? 3 : 4;
+constexpr int kRandomDocuments = support::kSanitized ? 5'000 : 50'000;
+constexpr std::size_t kLongestInside = support::kSanitized ? 3 : 4;
 
 std::vector<std::size_t> random_cuts(std::mt19937_64& random, const std::string& document)
 {
