@@ -359,7 +359,7 @@ void run(int argc, char** argv)
     const bench::Effort effort = bench::start(argc, argv, "Converts arcs to cubic Bézier segments.");
     const std::size_t count = effort == bench::Effort::smoke ? 16 : 1024;
     const std::vector<Load> loads = {
-        {"whole circles, tolerance 1",    1.0,  seeded_arcs(count, true),  0.0, 50.0},
+        {"whole circles, tolerance 1",    1.0,  seeded_arcs(count, true),  1.7, 50.0},
         {"whole circles, tolerance 0.01", 0.01, seeded_arcs(count, true),  1.7, 4.0 },
         {"partial arcs, tolerance 1",     1.0,  seeded_arcs(count, false), 1.0, 50.0},
         {"partial arcs, tolerance 0.01",  0.01, seeded_arcs(count, false), 1.0, 4.0 },
@@ -379,7 +379,9 @@ Radii from 1.5 to 2000, every octave as likely; partial arcs of 0.1 to 6.2 radia
 `conv_arc_to_bezier` is built and freed; cairo's points are copied out, as a caller gets them. "Lists alone" is what
 `std::list` takes for as many points: what returns one cannot be faster. "Legs into an array" is the cutting without the
 list, "plain cutting" what the tests compare it with, to the same bits. Errors are distances from the circle in radii,
-the largest of all arcs. At tolerance 1 cairo draws half of a circle below radius 54 as one segment.
+the largest of all arcs. At tolerance 1 cairo draws half of a circle below radius 54 as one segment; a list of four legs
+alone takes more than half of cairo's time then, so that the target for whole circles is met at tolerance 0.01 only.
+Targets are judged against the points copied out.
 
 )";
     bench::Table table({"arcs", "by", "ns an arc", "segments an arc", "radial error", "times cairo's speed",
