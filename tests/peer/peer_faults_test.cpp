@@ -62,7 +62,7 @@ TEST_P(PeerFault, IsSeenByTheClientAfterItsRequestWasTaken)
 INSTANTIATE_TEST_SUITE_P(, PeerFault, testing::ValuesIn(kFaults),
                          [](const auto& row) { return row.param.name; });
 
-TEST(PeerFaultRefuse, ClosesUnread)
+TEST(PeerFaultRefuse, AnswersNothing)
 {
     Program program({"--port", "0", "--fault", "refuse"});
     const RawClient client(program.port());
@@ -72,7 +72,7 @@ TEST(PeerFaultRefuse, ClosesUnread)
     EXPECT_EQ(program.end().status, 0);
 }
 
-TEST(PeerFaultRefuse, ClosesOnAClientThatSaysNothing)
+TEST(PeerFaultRefuse, ClosesWithoutWaitingForARequest)
 {
     Program program({"--port", "0", "--fault", "refuse"});
     const RawClient client(program.port());
