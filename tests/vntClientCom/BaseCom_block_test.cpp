@@ -15,13 +15,14 @@
 #include <vector>
 
 using link_end::arrives_of_a_cut_send;
+using link_end::in_pieces;
+using link_end::InPieces;
 using link_end::kMoreThanBuffered;
-using link_end::kPieceSizes;
 using link_end::kSoonMs;
 using link_end::LinkOnPair;
+using link_end::name_in_pieces;
 using link_end::TestLink;
 using support::bytes_waiting;
-using support::kAllAtOnce;
 using support::ParkedInput;
 using support::PiecewiseSender;
 using support::receive_exactly;
@@ -51,24 +52,9 @@ const BlockCase kBlocks[] = {
 };
 // clang-format on
 
-struct BlockInPieces {
-    BlockCase block;
-    std::size_t piece_size;
-};
+bool is_long(const BlockCase& block) { return block.content.size() > 1000; }
 
-std::vector<BlockInPieces> blocks_in_pieces()
-{
-    std::vector<BlockInPieces> rows;
-    for (const BlockCase& block : kBlocks) {
-        const bool is_long = block.content.size() > 1000;
-        for (const std::size_t size : kPieceSizes)
-            rows.push_back({block, is_long ? size * 4093 : size});
-        rows.push_back({block, kAllAtOnce});
-    }
-    return rows;
-}
-
-class Block : public testing::TestWithParam<BlockInPieces> {};
+class Block : public testing::TestWithParam<InPieces<BlockCase>> {};
 
 TEST_P(Block, IsWrittenWithItsLengthFirst)
 {
@@ -100,10 +86,8 @@ TEST_P(Block, IsRead)
     EXPECT_EQ(receive_exactly(link.data_socket, 6), "behind");
 }
 
-INSTANTIATE_TEST_SUITE_P(, Block, testing::ValuesIn(blocks_in_pieces()), [](const auto& row) {
-    const std::size_t size = row.param.piece_size;
-    return row.param.block.name + (size == kAllAtOnce ? "AllAtOnce"s : "InPiecesOf" + std::to_string(size));
-});
+INSTANTIATE_TEST_SUITE_P(, Block, testing::ValuesIn(in_pieces(kBlocks, is_long, 4093)),
+                         name_in_pieces<BlockCase>);
 
 class BlockReading : public LinkOnPair {
 protected:

@@ -13,14 +13,15 @@
 #include <vector>
 
 using link_end::arrives_of_a_cut_send;
+using link_end::in_pieces;
+using link_end::InPieces;
 using link_end::kMoreThanBuffered;
-using link_end::kPieceSizes;
 using link_end::kSoonMs;
 using link_end::LinkOnPair;
+using link_end::name_in_pieces;
 using link_end::TestLink;
 using support::bytes_waiting;
 using support::Descriptor;
-using support::kAllAtOnce;
 using support::ParkedInput;
 using support::PiecewiseSender;
 using support::receive_exactly;
@@ -137,64 +138,44 @@ const LineCase kLines[] = {
     {"MayBeLongerThanOneLook",        kLongLine + "\ny",           kLongLine,                 "y"    },
 };
 
-struct LineInPieces {
-    LineCase line;
-    std::size_t piece_size;
-};
+bool is_long(const LineCase& line) { return line.sent.size() > 1000; }
 
-std::vector<LineInPieces> lines_in_pieces()
-{
-    std::vector<LineInPieces> rows;
-    for (const LineCase& line : kLines) {
-        const bool is_long = line.sent.size() > 1000;
-        for (const std::size_t size : kPieceSizes)
-            rows.push_back({line, is_long ? size * 65521 : size});
-        rows.push_back({line, kAllAtOnce});
+class Line : public testing::TestWithParam<InPieces<LineCase>> {
+protected:
+    // Has peer, the other end of the link's stream, send the row's bytes while the link reads one line.
+    static void expect_read(TestLink& link, int peer)
+    {
+        const auto& [line, piece_size] = GetParam();
+        PiecewiseSender sender(peer, link.data_socket, line.sent, piece_size);
+        std::stringstream into;
+        link >> into;
+        sender.finish();
+        EXPECT_EQ(into.str(), line.read);
+        EXPECT_EQ(receive_exactly(link.data_socket, line.left.size()), line.left);
+        EXPECT_EQ(bytes_waiting(link.data_socket), 0);
     }
-    return rows;
-}
-
-std::string pieces_name(const testing::TestParamInfo<LineInPieces>& row)
-{
-    const std::size_t size = row.param.piece_size;
-    return row.param.line.name + (size == kAllAtOnce ? "AllAtOnce"s : "InPiecesOf" + std::to_string(size));
-}
-
-class Line : public testing::TestWithParam<LineInPieces> {};
+};
 
 TEST_P(Line, IsReadFromAPair)
 {
-    const auto& [line, piece_size] = GetParam();
     ParkedInput parked;
     SocketPair pair;
     TestLink link(pair.link.release());
-    PiecewiseSender sender(pair.peer.get(), link.data_socket, line.sent, piece_size);
-    std::stringstream into;
-    link >> into;
-    sender.finish();
-    EXPECT_EQ(into.str(), line.read);
-    EXPECT_EQ(receive_exactly(link.data_socket, line.left.size()), line.left);
-    EXPECT_EQ(bytes_waiting(link.data_socket), 0);
+    expect_read(link, pair.peer.get());
 }
 
 TEST_P(Line, IsReadOverTcp)
 {
-    const auto& [line, piece_size] = GetParam();
     ParkedInput parked;
     support::Listener listener;
     TestLink link;
     ASSERT_EQ(link.connect_server(listener.port(), "127.0.0.1"), 1);
     const Descriptor peer = listener.accept_one();
-    PiecewiseSender sender(peer.get(), link.data_socket, line.sent, piece_size);
-    std::stringstream into;
-    link >> into;
-    sender.finish();
-    EXPECT_EQ(into.str(), line.read);
-    EXPECT_EQ(receive_exactly(link.data_socket, line.left.size()), line.left);
-    EXPECT_EQ(bytes_waiting(link.data_socket), 0);
+    expect_read(link, peer.get());
 }
 
-INSTANTIATE_TEST_SUITE_P(, Line, testing::ValuesIn(lines_in_pieces()), pieces_name);
+INSTANTIATE_TEST_SUITE_P(, Line, testing::ValuesIn(in_pieces(kLines, is_long, 65521)),
+                         name_in_pieces<LineCase>);
 
 using LineReading = LinkOnPair;
 

@@ -5,6 +5,7 @@
 
 #include "tests/support/descriptors.h"
 #include "tests/support/interrupting_signal.h"
+#include "tests/support/piecewise_sender.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace link_end {
 
@@ -20,7 +22,34 @@ namespace link_end {
 constexpr int kNeverMs = 400;
 constexpr int kSoonMs = 20000;
 
-constexpr std::size_t kPieceSizes[] = {1, 2, 3, 5};
+// A row of a table, and how many of its bytes its peer sends at a time.
+template <class Row>
+struct InPieces {
+    Row row;
+    std::size_t piece_size;
+};
+
+// Every row in pieces of 1, 2, 3 and 5 bytes and all at once. Rows that is_long calls so come in as many times
+// long_unit: they take too long otherwise.
+template <class Row, std::size_t size, class IsLong>
+std::vector<InPieces<Row>> in_pieces(const Row (&rows)[size], IsLong is_long, std::size_t long_unit)
+{
+    std::vector<InPieces<Row>> all;
+    for (const Row& row : rows) {
+        for (const std::size_t piece_size : {1u, 2u, 3u, 5u})
+            all.push_back({row, is_long(row) ? piece_size * long_unit : piece_size});
+        all.push_back({row, support::kAllAtOnce});
+    }
+    return all;
+}
+
+template <class Row>
+std::string name_in_pieces(const testing::TestParamInfo<InPieces<Row>>& param)
+{
+    const auto& [row, piece_size] = param.param;
+    return std::string(row.name) +
+           (piece_size == support::kAllAtOnce ? "AllAtOnce" : "InPiecesOf" + std::to_string(piece_size));
+}
 
 struct TestLink : BaseCom {
     using BaseCom::data_socket;
