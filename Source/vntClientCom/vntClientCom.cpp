@@ -9,6 +9,7 @@
 #include <locale>
 #include <memory>
 #include <sstream>
+#include <utility>
 #include <vector>
 
 namespace vnt {
@@ -143,25 +144,24 @@ int ClientCom::recieve_figure_primitive_info()
             return 0;
         figure.deserialize(answer);
         break;
-    default:
-        if (!read_document())
+    default: {
+        *this >> answer;
+        std::string line = answer.str();
+        answer = std::stringstream(); // one copy of a large answer less beside its tree
+        if (!read_answer(std::move(line)))
             return 0;
+    }
     }
     close_socket(data_socket);
     return 1;
 }
 
-bool ClientCom::read_document()
+bool ClientCom::read_answer(std::string line)
 {
     parser document;
     const TreeOwner owner(document);
-    {
-        std::stringstream answer;
-        *this >> answer;
-        const std::string line = answer.str();
-        answer = std::stringstream(); // one copy of a large answer less beside its tree
-        document.feed(line.data(), line.size());
-    }
+    document.feed(line.data(), line.size());
+    line = std::string(); // its memory is free before the figure is built
     if (!checkData(document))
         return false;
     std::vector<tagrec*> shapes;

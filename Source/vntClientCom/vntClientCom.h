@@ -46,6 +46,10 @@ public:
     // Kept by ClientComText.KeepsReadingOneLineOfAFigure. Depends on it: nothing.
     int recieve_figure_primitive_info();
 
+    // Reads an answer's line, without its line feed, into the figure, as if it had just come; false when it is
+    // refused, and the figure then as it was.
+    bool read_answer(std::string line);
+
     // Whether the document is whole and well-formed; else one line on standard error says what is wrong.
     //
     // Deliberate: "invalid date" is spelled so, the numbers are constants of the interface, and the third
@@ -68,9 +72,6 @@ public:
 protected:
     FigPrimInfo figure;
     ComType com_type = COM_TEXT;
-
-private:
-    bool read_document();
 };
 
 } // namespace vnt

@@ -91,8 +91,11 @@ HostError view_to_artwork(AIDocumentViewHandle view, const AIPoint* from, AIReal
         line_of("ViewPointToArtworkPoint ", name_of(view, &the_view, "view"), ' ', from->h, ',', from->v));
     if (const HostError error = host().outcome("ViewPointToArtworkPoint"))
         return error;
-    to->h = host().origin_h + host().points_per_pixel * from->h;
-    to->v = host().origin_v - host().points_per_pixel * from->v;
+    const float scale = host().points_per_pixel;
+    const AIRealPoint right = host().pixel_right.value_or(AIRealPoint{scale, 0});
+    const AIRealPoint down = host().pixel_down.value_or(AIRealPoint{0, -scale});
+    to->h = host().origin_h + right.h * from->h + down.h * from->v;
+    to->v = host().origin_v + right.v * from->h + down.v * from->v;
     return kHostNoError;
 }
 

@@ -15,6 +15,7 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -68,7 +69,9 @@ public:
     HostError page_tiling_code = 0; // returned beside the flag, which is written all the same
     float origin_h = 0;             // the artwork point of view point (0, 0)
     float origin_v = 0;
-    float points_per_pixel = 1; // artwork y runs up, view y down
+    float points_per_pixel = 1;             // artwork y runs up, view y down
+    std::optional<AIRealPoint> pixel_right; // instead: the way on the artwork for a view point to the right,
+    std::optional<AIRealPoint> pixel_down;  // and for one down, of a view that is turned or stretched
     bool grid_shown = false;
     bool grid_snaps = false;
     float grid_spacing = 72;

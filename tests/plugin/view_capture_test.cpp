@@ -214,6 +214,11 @@ TEST_F(TitleText, IsNoneWhereTheHostDoesNotKnowTheEncoding)
     const HostString title{"Artwork"};
     host.faults["CFStringGetMaximumSizeForEncoding"] = Fault{kHostBadParameter};
     EXPECT_EQ(plugin.CFStringRefToCharConverter(&title), nullptr);
+    const Lines expected = {
+        "CFStringGetLength 'Artwork'",
+        "CFStringGetMaximumSizeForEncoding 7 UTF-8", // -1, and no text is asked for
+    };
+    EXPECT_EQ(host.calls, expected);
 }
 
 // --------------------------------------------------------------------------------------- the drawing board
@@ -313,6 +318,25 @@ TEST_F(Mapping, TakesViewPointsToArtworkPointsAndScalesZAsX)
     host.points_per_pixel = 0.25F;
     EXPECT_EQ(describe(plugin.GetTranceformMatrix().viewport_space_to_model_space_mapping_matrix),
               " m00=0.25 m03=36.5 m11=-0.25 m13=700.25 m22=0.25");
+}
+
+TEST_F(Mapping, ScalesZAsXAlsoInAViewThatIsTurnedAndStretched)
+{
+    // (x, y) is seen at (36.5 + x / 4 + y / 8, 700.25 + x / 2 - 2 y); all numbers are exact in binary.
+    host.origin_h = 36.5F;
+    host.origin_v = 700.25F;
+    host.pixel_right = AIRealPoint{0.25F, 0.5F};
+    host.pixel_down = AIRealPoint{0.125F, -2};
+    EXPECT_EQ(describe(plugin.GetTranceformMatrix().viewport_space_to_model_space_mapping_matrix),
+              " m00=0.25 m01=0.125 m03=36.5 m10=0.5 m11=-2 m13=700.25 m22=0.25");
+}
+
+TEST_F(Mapping, HasANegativeZForAViewThatIsMirrored)
+{
+    host.pixel_right = AIRealPoint{-0.5F, 0};
+    host.pixel_down = AIRealPoint{0, -1};
+    EXPECT_EQ(describe(plugin.GetTranceformMatrix().viewport_space_to_model_space_mapping_matrix),
+              " m00=-0.5 m11=-1 m22=-0.5");
 }
 
 TEST_F(Mapping, IsTheIdentityForAViewOfFullSizeAtTheOriginButForY)
