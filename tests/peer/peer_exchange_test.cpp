@@ -16,6 +16,8 @@ namespace {
 using namespace vnt::peer;
 using namespace std::chrono_literals;
 using asio::ip::tcp;
+using vnt::program::kFailed;
+using vnt::program::Problem;
 
 // Two ends of one connection over loopback.
 struct Connection {

@@ -1,6 +1,6 @@
 // Every fault as a client sees it that is a bare socket.
 #include "tests/peer/peer_program.h"
-#include "tests/peer/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,8 @@
 namespace {
 
 using namespace peer_test;
+using support::content_of;
+using support::TemporaryFolder;
 
 const std::string kRequest("<vant>\0\r\xff</vant>\n", 17);
 

@@ -1,9 +1,9 @@
 // The program and the link, which is what reads its answers.
 #include "Source/vntClientCom/vntClientCom.h"
 #include "tests/peer/peer_program.h"
-#include "tests/peer/temporary_folder.h"
 #include "tests/support/child_process.h"
 #include "tests/support/descriptors.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -18,6 +18,8 @@
 namespace {
 
 using namespace peer_test;
+using support::content_of;
+using support::TemporaryFolder;
 
 // What a figure consists of: "strokes=2 lines=3 ...".
 std::string summary(const vnt::FigPrimInfo* figure)

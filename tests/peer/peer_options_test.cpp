@@ -27,9 +27,9 @@ std::string describe(const Options& options)
     return out.str();
 }
 
-std::string describe(const Result<Options>& result)
+std::string describe(const vnt::program::Result<Options>& result)
 {
-    if (const auto* problem = std::get_if<Problem>(&result))
+    if (const auto* problem = std::get_if<vnt::program::Problem>(&result))
         return std::to_string(problem->status) + ": " + problem->sentence;
     return describe(std::get<Options>(result));
 }
@@ -82,56 +82,62 @@ const UsageCase kWrongUsages[] = {
      {},
      "2: no answer to give; nothing was started; name one with --answer FILE, or a fault that needs none, as "
      "in "
-     "--fault close-before-answer"                                                                     },
+     "--fault close-before-answer"                                                                      },
     {"AFaultThatNeedsAnAnswer",
      {"--fault", "close-mid-line"},
-     "2: no answer for --fault close-mid-line; nothing was started; name one with --answer FILE"       },
+     "2: no answer for --fault close-mid-line; nothing was started; name one with --answer FILE"        },
     {"UnknownOption",
      {"--anwser", "a"},
-     "2: unknown option --anwser; nothing was started; vant-peer --help lists the options"             },
+     "2: unknown option --anwser; nothing was started; vant-peer --help lists the options"              },
     {"UnexpectedArgument",
      {"a.xml"},
-     "2: unexpected argument a.xml; nothing was started; vant-peer --help lists the options"           },
+     "2: unexpected argument a.xml; nothing was started; vant-peer --help lists the options"            },
+    {"AnOptionBehindTheEndOfOptions",
+     {"--answer", "a", "--", "--join"},
+     "2: unexpected argument --join; nothing was started; vant-peer --help lists the options"           },
+    {"ManyLettersBehindOneDash",
+     {"-help"},
+     "2: unknown option -help; nothing was started; vant-peer --help lists the options"                 },
     {"EmptyArgument",
      {""},
-     "2: unexpected argument ; nothing was started; vant-peer --help lists the options"                },
+     "2: unexpected argument ; nothing was started; vant-peer --help lists the options"                 },
     {"UnknownFault",
      {"--fault", "Stall"},
-     "2: unknown fault Stall; nothing was started; give --fault one of " + kFaultNames                 },
+     "2: unknown fault Stall; nothing was started; give --fault one of " + kFaultNames                  },
     {"FaultWithoutName",
      {"--fault"},
-     "2: no value behind --fault; nothing was started; give it one of " + kFaultNames                  },
+     "2: no value behind --fault; nothing was started; give it one of " + kFaultNames                   },
     {"AnswerWithoutFile",
      {"--answer"},
-     "2: no value behind --answer; nothing was started; give it the file that holds the answer"        },
+     "2: no value behind --answer; nothing was started; give it the file that holds the answer"         },
     {"AnswerWithAnEmptyName",
      {"--answer="},
-     "2: no value behind --answer; nothing was started; give it the file that holds the answer"        },
+     "2: no value behind --answer; nothing was started; give it the file that holds the answer"         },
     {"SaveRequestWithoutFile",
      {"--answer", "a", "--save-request"},
-     "2: no value behind --save-request; nothing was started; give it the file to write the request to"},
-    {"PortTooHigh",             {"--port", "65536"},  "2: cannot use --port 65536" + kPortMeaning      },
-    {"PortBelowZero",           {"--port", "-1"},     "2: cannot use --port -1" + kPortMeaning         },
-    {"PortWithMoreBehindIt",    {"--port", "4910x"},  "2: cannot use --port 4910x" + kPortMeaning      },
-    {"PortWithoutNumber",       {"--port"},           "2: no value behind --port" + kPortMeaning       },
+     "2: no value behind --save-request; nothing was started; give it the file to write the request to" },
+    {"PortTooHigh",                   {"--port", "65536"},  "2: cannot use --port 65536" + kPortMeaning },
+    {"PortBelowZero",                 {"--port", "-1"},     "2: cannot use --port -1" + kPortMeaning    },
+    {"PortWithMoreBehindIt",          {"--port", "4910x"},  "2: cannot use --port 4910x" + kPortMeaning },
+    {"PortWithoutNumber",             {"--port"},           "2: no value behind --port" + kPortMeaning  },
     {"ExchangesInWords",
      {"--exchanges", "two"},
-     "2: cannot use --exchanges two; nothing was started; give it a whole number, 0 for no end"        },
-    {"NoTimeAtAll",             {"--timeout", "0"},   "2: cannot use --timeout 0" + kTimeMeaning       },
-    {"TimeBelowZero",           {"--timeout", "-3"},  "2: cannot use --timeout -3" + kTimeMeaning      },
-    {"TimeThatIsNoNumber",      {"--timeout", "nan"}, "2: cannot use --timeout nan" + kTimeMeaning     },
-    {"TimeWithoutEnd",          {"--timeout", "inf"}, "2: cannot use --timeout inf" + kTimeMeaning     },
-    {"TimeWithUnit",            {"--timeout", "3s"},  "2: cannot use --timeout 3s" + kTimeMeaning      },
+     "2: cannot use --exchanges two; nothing was started; give it a whole number, 0 for no end"         },
+    {"NoTimeAtAll",                   {"--timeout", "0"},   "2: cannot use --timeout 0" + kTimeMeaning  },
+    {"TimeBelowZero",                 {"--timeout", "-3"},  "2: cannot use --timeout -3" + kTimeMeaning },
+    {"TimeThatIsNoNumber",            {"--timeout", "nan"}, "2: cannot use --timeout nan" + kTimeMeaning},
+    {"TimeWithoutEnd",                {"--timeout", "inf"}, "2: cannot use --timeout inf" + kTimeMeaning},
+    {"TimeWithUnit",                  {"--timeout", "3s"},  "2: cannot use --timeout 3s" + kTimeMeaning },
     {"JoinWithAValue",
      {"--join=yes"},
-     "2: cannot use a value of --join, yes; nothing was started; give --join alone"                    },
+     "2: cannot use a value of --join, yes; nothing was started; give --join alone"                     },
     {"JoinWithoutAnswer",
      {"--fault", "stall", "--join"},
-     "2: nothing to join; nothing was started; name the file with --answer FILE, or leave --join out"  },
+     "2: nothing to join; nothing was started; name the file with --answer FILE, or leave --join out"   },
     {"SavingWhatIsNeverRead",
      {"--fault", "refuse", "--save-request", "r"},
      "2: no request to save with --fault refuse, which reads none; nothing was started; leave --save-request "
-     "out"                                                                                             },
+     "out"                                                                                              },
 };
 
 class PeerOptions : public testing::TestWithParam<UsageCase> {};

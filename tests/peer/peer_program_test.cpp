@@ -1,6 +1,6 @@
 // vant-peer as its users see it: what it says, takes, sends and exits with.
 #include "tests/peer/peer_program.h"
-#include "tests/peer/temporary_folder.h"
+#include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -12,6 +12,8 @@
 namespace {
 
 using namespace peer_test;
+using support::content_of;
+using support::TemporaryFolder;
 
 const std::string kRequest = "<vant><viewport_information/></vant>\n";
 const std::string kAnswer = "<vant><shape></shape></vant>";

@@ -186,7 +186,7 @@ private:
 
     void fail(std::string sentence)
     {
-        end_.problem = Problem{kFailed, std::move(sentence)};
+        end_.problem = program::Problem{program::kFailed, std::move(sentence)};
         end();
     }
 

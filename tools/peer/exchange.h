@@ -5,7 +5,7 @@
 #pragma once
 
 #include "tools/peer/fault.h"
-#include "tools/peer/problem.h"
+#include "tools/program/problem.h"
 
 #include <asio/ip/tcp.hpp>
 
@@ -26,14 +26,14 @@ struct ExchangePlan {
 
     // Takes a whole request, with its line feed, before it is answered; a problem ends the exchange without
     // an answer. May be empty.
-    std::function<std::optional<Problem>(const std::string& request)> on_request;
+    std::function<std::optional<program::Problem>(const std::string& request)> on_request;
 
     // How long a client that has its answer may take to close.
     std::chrono::nanoseconds closing_time = std::chrono::seconds(10);
 };
 
 struct ExchangeEnd {
-    std::optional<Problem> problem;
+    std::optional<program::Problem> problem;
     std::size_t unused_bytes = 0; // that came behind the request
     bool stayed = false;          // the client had not closed when its time was up
 };

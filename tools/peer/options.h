@@ -4,7 +4,7 @@
 #pragma once
 
 #include "tools/peer/fault.h"
-#include "tools/peer/problem.h"
+#include "tools/program/problem.h"
 
 #include <chrono>
 #include <cstdint>
@@ -28,8 +28,7 @@ struct Options {
     std::optional<std::chrono::nanoseconds> timeout;
 };
 
-// Options are "--name value" or "--name=value"; the last one of a name counts. "--help" and "--version" end
-// the reading.
-Result<Options> read_options(const std::vector<std::string>& arguments);
+// The last one of an option counts. "--help" and "--version" end the reading.
+program::Result<Options> read_options(const std::vector<std::string>& arguments);
 
 } // namespace vnt::peer

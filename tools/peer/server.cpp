@@ -1,7 +1,6 @@
 #include "tools/peer/server.h"
 
-#include "tools/peer/output.h"
-#include "tools/peer/whole_file.h"
+#include "tools/program/whole_file.h"
 
 #include <asio/error.hpp>
 #include <asio/io_context.hpp>
@@ -15,6 +14,7 @@ namespace vnt::peer {
 namespace {
 
 using asio::ip::tcp;
+using namespace program;
 
 std::string advice(std::error_code error, std::uint16_t port)
 {
@@ -37,8 +37,9 @@ std::optional<Problem> save_request(const std::string& file, const std::string& 
 
 class Server {
 public:
-    Server(const Options& options, const std::string& answer)
-        : options_(options), stopped_(context_, SIGINT, SIGTERM), time_up_(context_), listener_(context_)
+    Server(const Options& options, const std::string& answer, const Console& console)
+        : options_(options), console_(console), stopped_(context_, SIGINT, SIGTERM), time_up_(context_),
+          listener_(context_)
     {
         plan_.fault = options.fault;
         plan_.answer = answer;
@@ -71,10 +72,10 @@ private:
         time_up_.async_wait([this](std::error_code error) {
             if (error)
                 return;
-            status_ =
-                report({kTimeUp, "the time was up after " + std::to_string(ended_) + " exchanges, " +
-                                     (ended_ == begun_ ? "waiting for a client" : "within one") +
-                                     "; requests that were saved are unharmed; give --timeout more seconds"});
+            status_ = console_.report(
+                {kTimeUp, "the time was up after " + std::to_string(ended_) + " exchanges, " +
+                              (ended_ == begun_ ? "waiting for a client" : "within one") +
+                              "; requests that were saved are unharmed; give --timeout more seconds"});
             context_.stop();
         });
     }
@@ -93,10 +94,11 @@ private:
         const std::uint16_t port = error ? options_.port : listener_.local_endpoint(error).port();
         const std::string address = "127.0.0.1:" + std::to_string(port);
         if (error)
-            status_ = report({kFailed, "cannot listen on " + address + ": " + error.message() +
-                                           "; nothing was written; " + advice(error, options_.port)});
+            status_ =
+                console_.report({kFailed, "cannot listen on " + address + ": " + error.message() +
+                                              "; nothing was written; " + advice(error, options_.port)});
         else
-            status_ = print("listening on " + address + "\n");
+            status_ = console_.print("listening on " + address + "\n");
         return status_ == kDone;
     }
 
@@ -114,8 +116,8 @@ private:
 
     void fail_to_accept(std::error_code error)
     {
-        status_ = report({kFailed, "cannot accept a client: " + error.message() +
-                                       "; requests that were saved are unharmed; try again"});
+        status_ = console_.report({kFailed, "cannot accept a client: " + error.message() +
+                                                "; requests that were saved are unharmed; try again"});
         context_.stop();
     }
 
@@ -137,11 +139,12 @@ private:
     {
         ++ended_;
         if (end.unused_bytes > 0)
-            note(std::to_string(end.unused_bytes) + " bytes behind the request's line feed were not used");
+            console_.note(std::to_string(end.unused_bytes) +
+                          " bytes behind the request's line feed were not used");
         if (end.stayed)
-            note("the client had its answer and did not close; its connection was closed");
+            console_.note("the client had its answer and did not close; its connection was closed");
         if (end.problem)
-            status_ = report(*end.problem);
+            status_ = console_.report(*end.problem);
         if (is_enough(ended_))
             context_.stop();
         else
@@ -149,6 +152,7 @@ private:
     }
 
     const Options& options_;
+    const Console& console_;
     ExchangePlan plan_;
     ExitStatus status_ = kDone;
     std::uint64_t begun_ = 0;
@@ -161,6 +165,9 @@ private:
 
 } // namespace
 
-ExitStatus serve(const Options& options, const std::string& answer) { return Server(options, answer).run(); }
+ExitStatus serve(const Options& options, const std::string& answer, const Console& console)
+{
+    return Server(options, answer, console).run();
+}
 
 } // namespace vnt::peer

@@ -1,4 +1,4 @@
-#include "tools/peer/whole_file.h"
+#include "tools/program/whole_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <filesystem>
 
-namespace vnt::peer {
+namespace vnt::program {
 namespace {
 
 std::error_code last_error() { return {errno, std::generic_category()}; }
@@ -76,7 +76,7 @@ mode_t mode_of_a_new_file()
 class TemporaryFile {
 public:
     explicit TemporaryFile(const std::string& beside)
-        : path_((std::filesystem::path(beside).parent_path() / ".vant-peer.XXXXXX").string()),
+        : path_((std::filesystem::path(beside).parent_path() / ".vant.XXXXXX").string()),
           file_(mkostemp(path_.data(), O_CLOEXEC)), named_(file_.number() >= 0)
     {
     }
@@ -146,4 +146,4 @@ std::error_code write_whole_file(const std::string& path, std::string_view bytes
     return {};
 }
 
-} // namespace vnt::peer
+} // namespace vnt::program

@@ -1,4 +1,4 @@
-// How the rooms of vant-peer tell that something failed.
+// How the rooms of a program tell that something failed.
 //
 // Errors: a sentence for people, in the form "what failed, on which thing; what is unharmed; what to do",
 //         without the program's name, and the status that the program exits with for it.
@@ -7,13 +7,14 @@
 #include <string>
 #include <variant>
 
-namespace vnt::peer {
+namespace vnt::program {
 
 enum ExitStatus : int {
     kDone = 0,
-    kFailed = 1, // a file, a client or the machine
+    kFailed = 1, // a file, another program, a plug-in or the machine
     kWrongUsage = 2,
-    kTimeUp = 4,
+    kAlert = 3,  // the plug-in showed one
+    kTimeUp = 4, // or nobody is going to answer any more
 };
 
 struct Problem {
@@ -24,4 +25,4 @@ struct Problem {
 template <class Value>
 using Result = std::variant<Value, Problem>;
 
-} // namespace vnt::peer
+} // namespace vnt::program

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace vnt::peer {
+namespace vnt::program {
 
 // Replaces content with the file's bytes. After an error it holds what had been read.
 std::error_code read_whole_file(const std::string& path, std::string& content);
@@ -19,4 +19,4 @@ std::error_code read_whole_file(const std::string& path, std::string& content);
 // device, a pipe) is written to as it is, and may have taken a part of the bytes when an error comes.
 std::error_code write_whole_file(const std::string& path, std::string_view bytes);
 
-} // namespace vnt::peer
+} // namespace vnt::program

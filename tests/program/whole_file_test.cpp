@@ -1,5 +1,5 @@
-#include "tests/peer/temporary_folder.h"
-#include "tools/peer/whole_file.h"
+#include "tests/support/temporary_folder.h"
+#include "tools/program/whole_file.h"
 
 #include <gtest/gtest.h>
 
@@ -9,13 +9,15 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 namespace {
 
-using namespace vnt::peer;
-using peer_test::content_of;
-using peer_test::TemporaryFolder;
+using namespace vnt::program;
+using support::content_of;
+using support::TemporaryFolder;
 using Names = std::set<std::string>;
 
 const std::string kBytes("a\0b\r\n\xff", 6);
@@ -49,7 +51,7 @@ private:
     rlimit before_{};
 };
 
-TEST(PeerWholeFile, ANewFileHoldsTheBytesAndStandsAlone)
+TEST(WholeFile, ANewFileHoldsTheBytesAndStandsAlone)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(write_whole_file(folder.path("new"), kBytes), std::error_code());
@@ -57,7 +59,7 @@ TEST(PeerWholeFile, ANewFileHoldsTheBytesAndStandsAlone)
     EXPECT_EQ(folder.names(), Names{"new"});
 }
 
-TEST(PeerWholeFile, ANewFileHasTheProcesssPermissions)
+TEST(WholeFile, ANewFileHasTheProcesssPermissions)
 {
     const TemporaryFolder folder;
     const mode_t before = umask(0027);
@@ -66,7 +68,7 @@ TEST(PeerWholeFile, ANewFileHasTheProcesssPermissions)
     EXPECT_EQ(mode_of(folder.path("new")), 0640U);
 }
 
-TEST(PeerWholeFile, AnOldFileIsReplacedAndKeepsItsPermissions)
+TEST(WholeFile, AnOldFileIsReplacedAndKeepsItsPermissions)
 {
     const TemporaryFolder folder;
     const std::string path = folder.file("old", "something longer than the new bytes");
@@ -77,7 +79,32 @@ TEST(PeerWholeFile, AnOldFileIsReplacedAndKeepsItsPermissions)
     EXPECT_EQ(folder.names(), Names{"old"});
 }
 
-TEST(PeerWholeFile, ALinkKeepsLeadingToItsFile)
+TEST(WholeFile, TheFileThatWasReadIsReplacedInPlaceAndKeepsItsPermissions)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("drawing", kBytes);
+    ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+    std::string content;
+    ASSERT_EQ(read_whole_file(path, content), std::error_code());
+    content += "and more";
+    EXPECT_EQ(write_whole_file(path, content), std::error_code());
+    EXPECT_EQ(content_of(path), kBytes + "and more");
+    EXPECT_EQ(mode_of(path), 0640U);
+    EXPECT_EQ(folder.names(), Names{"drawing"});
+}
+
+// The inode is another: who reads the old file while it is replaced has all of it.
+TEST(WholeFile, WhoHasTheOldFileOpenKeepsItsBytes)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.file("drawing", "as it was");
+    std::ifstream reader(path, std::ios::binary);
+    ASSERT_EQ(reader.get(), 'a');
+    EXPECT_EQ(write_whole_file(path, kBytes), std::error_code());
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(reader), {}), "s it was");
+}
+
+TEST(WholeFile, ALinkKeepsLeadingToItsFile)
 {
     const TemporaryFolder folder;
     folder.file("file", "old");
@@ -87,7 +114,7 @@ TEST(PeerWholeFile, ALinkKeepsLeadingToItsFile)
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link")));
 }
 
-TEST(PeerWholeFile, ANameWithoutFolderIsInThisFolder)
+TEST(WholeFile, ANameWithoutFolderIsInThisFolder)
 {
     const TemporaryFolder folder;
     const auto before = std::filesystem::current_path();
@@ -98,7 +125,7 @@ TEST(PeerWholeFile, ANameWithoutFolderIsInThisFolder)
     EXPECT_EQ(folder.names(), Names{"plain"});
 }
 
-TEST(PeerWholeFile, AFullDiskLeavesTheOldFileAndNothingBesideIt)
+TEST(WholeFile, AFullDiskLeavesTheOldFileAndNothingBesideIt)
 {
     const TemporaryFolder folder;
     const std::string path = folder.file("old", "as it was");
@@ -112,14 +139,14 @@ TEST(PeerWholeFile, AFullDiskLeavesTheOldFileAndNothingBesideIt)
     EXPECT_EQ(folder.names(), Names{"old"});
 }
 
-TEST(PeerWholeFile, AMissingFolderIsAnError)
+TEST(WholeFile, AMissingFolderIsAnError)
 {
     const TemporaryFolder folder;
     EXPECT_EQ(write_whole_file(folder.path("none/new"), kBytes), std::errc::no_such_file_or_directory);
     EXPECT_EQ(folder.names(), Names{});
 }
 
-TEST(PeerWholeFile, AFolderIsNotReplaced)
+TEST(WholeFile, AFolderIsNotReplaced)
 {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.path("folder"));
@@ -128,7 +155,7 @@ TEST(PeerWholeFile, AFolderIsNotReplaced)
 }
 
 // A pipe, not one of the system's devices: a program that replaced those would do harm far beyond this test.
-TEST(PeerWholeFile, WhatIsNoFileIsWrittenToAndStays)
+TEST(WholeFile, WhatIsNoFileIsWrittenToAndStays)
 {
     const TemporaryFolder folder;
     const std::string path = folder.path("pipe");
@@ -144,7 +171,7 @@ TEST(PeerWholeFile, WhatIsNoFileIsWrittenToAndStays)
     EXPECT_EQ(folder.names(), Names{"pipe"});
 }
 
-TEST(PeerWholeFile, IsReadAsItWasWritten)
+TEST(WholeFile, IsReadAsItWasWritten)
 {
     const TemporaryFolder folder;
     std::string content = "to be replaced";
@@ -153,7 +180,7 @@ TEST(PeerWholeFile, IsReadAsItWasWritten)
     EXPECT_EQ(content, kBytes);
 }
 
-TEST(PeerWholeFile, ThatIsMissingCannotBeRead)
+TEST(WholeFile, ThatIsMissingCannotBeRead)
 {
     std::string content;
     EXPECT_EQ(read_whole_file("/nowhere/at/all", content), std::errc::no_such_file_or_directory);

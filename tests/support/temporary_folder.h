@@ -10,7 +10,7 @@
 
 #include <cstdlib>
 
-namespace peer_test {
+namespace support {
 
 inline std::string content_of(const std::string& path)
 {
@@ -22,7 +22,7 @@ inline std::string content_of(const std::string& path)
 
 class TemporaryFolder {
 public:
-    TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "vant-peer-test.XXXXXX").string())
+    TemporaryFolder() : path_((std::filesystem::temp_directory_path() / "vant-test.XXXXXX").string())
     {
         if (mkdtemp(path_.data()) == nullptr)
             throw std::runtime_error("no temporary folder");
@@ -56,4 +56,4 @@ private:
     std::string path_;
 };
 
-} // namespace peer_test
+} // namespace support

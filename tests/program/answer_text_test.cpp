@@ -1,5 +1,5 @@
-#include "tests/peer/temporary_folder.h"
-#include "tools/peer/answer_text.h"
+#include "tests/support/temporary_folder.h"
+#include "tools/program/answer_text.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-using namespace vnt::peer;
+using namespace vnt::program;
 
 std::string describe(const Result<std::string>& result)
 {
@@ -49,19 +49,19 @@ const JoinCase kJoins[] = {
     {"DashesThatOpenACommentDoNotEndIt",      "<!-->\n<a\nx='1'/>-->\n<b/>",              "<!--> <a x='1'/>--><b/>"       },
 };
 
-class PeerJoin : public testing::TestWithParam<JoinCase> {};
+class AnswerJoin : public testing::TestWithParam<JoinCase> {};
 
-TEST_P(PeerJoin, MakesOneLine) { EXPECT_EQ(joined(GetParam().document), GetParam().line); }
+TEST_P(AnswerJoin, MakesOneLine) { EXPECT_EQ(joined(GetParam().document), GetParam().line); }
 
-TEST_P(PeerJoin, ChangesNothingTwice) { EXPECT_EQ(joined(joined(GetParam().document)), GetParam().line); }
+TEST_P(AnswerJoin, ChangesNothingTwice) { EXPECT_EQ(joined(joined(GetParam().document)), GetParam().line); }
 
-TEST(PeerJoinBytes, ThatAreNoTextStay)
+TEST(AnswerJoinBytes, ThatAreNoTextStay)
 {
     const std::string bytes("\0\xff\x80", 3);
     EXPECT_EQ(joined("<a>\n" + bytes + "\n</a>"), "<a>" + bytes + "</a>");
 }
 
-INSTANTIATE_TEST_SUITE_P(, PeerJoin, testing::ValuesIn(kJoins),
+INSTANTIATE_TEST_SUITE_P(, AnswerJoin, testing::ValuesIn(kJoins),
                          [](const auto& row) { return row.param.name; });
 
 struct LineCase {
@@ -70,6 +70,10 @@ struct LineCase {
     bool join;
     std::string outcome;
 };
+
+// Of the programs that read answers, one starts with it and one draws it.
+const AnswerWords kPeer = {"answer with", "nothing was started", " with --answer"};
+const AnswerWords kHost = {"draw", "no file was written", ""};
 
 const std::string kTwoLines = "1: cannot answer with figure.xml, which has more than one line; nothing was "
                               "started; add --join to take out "
@@ -94,46 +98,62 @@ const LineCase kLines[] = {
     {"NothingAtAllIsNotJoined",          "",                    true,  kEmpty              },
 };
 
-class PeerAnswerLine : public testing::TestWithParam<LineCase> {};
+class AnswerLine : public testing::TestWithParam<LineCase> {};
 
-TEST_P(PeerAnswerLine, IsTheFilesOneLine)
+TEST_P(AnswerLine, IsTheFilesOneLine)
 {
-    EXPECT_EQ(describe(answer_line(GetParam().content, GetParam().join, "figure.xml")), GetParam().outcome);
+    EXPECT_EQ(describe(answer_line(GetParam().content, GetParam().join, "figure.xml", kPeer)),
+              GetParam().outcome);
 }
 
-INSTANTIATE_TEST_SUITE_P(, PeerAnswerLine, testing::ValuesIn(kLines),
+INSTANTIATE_TEST_SUITE_P(, AnswerLine, testing::ValuesIn(kLines),
                          [](const auto& row) { return row.param.name; });
 
-TEST(PeerAnswerFile, ThatIsMissingIsNamed)
+TEST(AnswerLineInOtherWords, SaysWhatTheProgramWanted)
 {
     EXPECT_EQ(
-        describe(read_answer("/nowhere/figure.xml", false)),
+        describe(answer_line("<a>\n</a>", false, "figure.xml", kHost)),
+        "1: cannot draw figure.xml, which has more than one line; no file was written; add --join to take "
+        "out its line breaks and indentation, or name a file of one line");
+    EXPECT_EQ(describe(answer_line("", false, "figure.xml", kHost)),
+              "1: no answer in figure.xml, which is empty; no file was written; write the answer's line into "
+              "it, or name another file");
+    EXPECT_EQ(describe(read_answer("/nowhere/figure.xml", false, kHost)),
+              "1: cannot read the answer file /nowhere/figure.xml: No such file or directory; no file was "
+              "written; name a file that can be read");
+}
+
+TEST(AnswerFile, ThatIsMissingIsNamed)
+{
+    EXPECT_EQ(
+        describe(read_answer("/nowhere/figure.xml", false, kPeer)),
         "1: cannot read the answer file /nowhere/figure.xml: No such file or directory; nothing was started; "
         "name a file that can be read with --answer");
 }
 
-TEST(PeerAnswerFile, ThatIsAFolderIsRefused)
+TEST(AnswerFile, ThatIsAFolderIsRefused)
 {
-    EXPECT_EQ(describe(read_answer("/", false)),
+    EXPECT_EQ(describe(read_answer("/", false, kPeer)),
               "1: cannot read the answer file /: Is a directory; nothing was "
               "started; name a file that can be read with --answer");
 }
 
-TEST(PeerAnswerFile, IsReadWhole)
+TEST(AnswerFile, IsReadWhole)
 {
-    const peer_test::TemporaryFolder folder;
+    const support::TemporaryFolder folder;
     const std::string line(300'000, 'x');
-    EXPECT_EQ(describe(read_answer(folder.file("a.xml", line + "\n"), false)), "line: " + line);
+    EXPECT_EQ(describe(read_answer(folder.file("a.xml", line + "\n"), false, kPeer)), "line: " + line);
 }
 
-TEST(PeerExampleAnswer, ReadableTwinJoinsToTheOneLine)
+TEST(ExampleAnswer, ReadableTwinJoinsToTheOneLine)
 {
     const std::string folder = VNT_ANSWERS;
-    const std::string one_line = peer_test::content_of(folder + "/every_primitive.xml");
+    const std::string one_line = support::content_of(folder + "/every_primitive.xml");
     ASSERT_FALSE(one_line.empty());
     EXPECT_EQ(one_line.find('\n'), one_line.size() - 1);
-    EXPECT_EQ(describe(read_answer(folder + "/every_primitive.xml", false)) + "\n", "line: " + one_line);
-    EXPECT_EQ(describe(read_answer(folder + "/every_primitive.pretty.xml", true)) + "\n",
+    EXPECT_EQ(describe(read_answer(folder + "/every_primitive.xml", false, kPeer)) + "\n",
+              "line: " + one_line);
+    EXPECT_EQ(describe(read_answer(folder + "/every_primitive.pretty.xml", true, kPeer)) + "\n",
               "line: " + one_line);
 }
 

@@ -1,11 +1,11 @@
-#include "tools/peer/answer_text.h"
+#include "tools/program/answer_text.h"
 
-#include "tools/peer/whole_file.h"
+#include "tools/program/whole_file.h"
 
 #include <algorithm>
 #include <system_error>
 
-namespace vnt::peer {
+namespace vnt::program {
 namespace {
 
 constexpr std::string_view kWhite = " \t\r\n";
@@ -92,29 +92,30 @@ std::string joined(std::string_view document)
     return line;
 }
 
-Result<std::string> answer_line(std::string_view content, bool join, const std::string& file)
+Result<std::string> answer_line(std::string_view content, bool join, const std::string& file,
+                                const AnswerWords& words)
 {
     if (content.empty())
-        return Problem{kFailed, "no answer in " + file +
-                                    ", which is empty; nothing was started; write the answer's line into "
-                                    "it, or name another file with --answer"};
+        return Problem{kFailed, "no answer in " + file + ", which is empty; " + words.nothing_done +
+                                    "; write the answer's line into it, or name another file" + words.naming};
     if (join)
         return joined(content);
     const std::size_t end = std::min(content.find('\n'), content.size());
     if (!is_only_white(content.substr(end)))
-        return Problem{kFailed, "cannot answer with " + file +
-                                    ", which has more than one line; nothing was started; add --join to take "
-                                    "out its line breaks and indentation, or name a file of one line"};
+        return Problem{kFailed, "cannot " + words.use + " " + file + ", which has more than one line; " +
+                                    words.nothing_done +
+                                    "; add --join to take out its line breaks and indentation, or name a "
+                                    "file of one line"};
     return std::string(content.substr(0, end));
 }
 
-Result<std::string> read_answer(const std::string& file, bool join)
+Result<std::string> read_answer(const std::string& file, bool join, const AnswerWords& words)
 {
     std::string content;
     if (const std::error_code error = read_whole_file(file, content))
-        return Problem{kFailed, "cannot read the answer file " + file + ": " + error.message() +
-                                    "; nothing was started; name a file that can be read with --answer"};
-    return answer_line(content, join, file);
+        return Problem{kFailed, "cannot read the answer file " + file + ": " + error.message() + "; " +
+                                    words.nothing_done + "; name a file that can be read" + words.naming};
+    return answer_line(content, join, file, words);
 }
 
-} // namespace vnt::peer
+} // namespace vnt::program
