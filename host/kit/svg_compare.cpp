@@ -36,16 +36,18 @@ bool is_same_attribute(const pugi::xml_attribute& a, const pugi::xml_attribute& 
     return std::string_view(a.name()) == b.name() && std::string_view(a.value()) == b.value();
 }
 
+// A node is an element, which has a name, or a text, which has a value.
 bool is_same_node(pugi::xml_node a, pugi::xml_node b)
 {
     const auto a_attributes = a.attributes();
     const auto b_attributes = b.attributes();
-    return a.type() == b.type() && std::string_view(a.name()) == b.name() && value_of(a) == value_of(b) &&
+    return std::string_view(a.name()) == b.name() && value_of(a) == value_of(b) &&
            std::equal(a_attributes.begin(), a_attributes.end(), b_attributes.begin(), b_attributes.end(),
                       is_same_attribute);
 }
 
-// Walks both in step. Where one goes down and the other does not, or up, the trees differ.
+// Walks both in step, so that both always are at the same depth. Where one has a child or a sibling and the other
+// has none, the next pair differs.
 bool is_same_tree(pugi::xml_node root_a, pugi::xml_node root_b)
 {
     pugi::xml_node a = root_a;
@@ -56,12 +58,12 @@ bool is_same_tree(pugi::xml_node root_a, pugi::xml_node root_b)
             b = b.first_child();
             continue;
         }
-        while (a != root_a && b != root_b && !a.next_sibling() && !b.next_sibling()) {
+        while (a != root_a && !a.next_sibling() && !b.next_sibling()) {
             a = a.parent();
             b = b.parent();
         }
-        if (a == root_a || b == root_b)
-            return a == root_a && b == root_b;
+        if (a == root_a)
+            return true;
         a = a.next_sibling();
         b = b.next_sibling();
     }

@@ -9,8 +9,9 @@
 namespace vnt::host {
 
 // Takes the new elements, the last ones of layer's twin, out of after, and compares the rest element by element,
-// with attributes and text, blanks behind a text aside. Empty when all is as it should be; else a phrase that
-// says what is not.
+// with attributes and text, blanks behind a text aside. Comments, instructions, CDATA sections and what stands
+// around the outermost element are not looked at. Empty when all is as it should be; else a phrase that says what
+// is not.
 //
 // layer:   a node of before.
 // new_ids: those of the new elements, in their order.

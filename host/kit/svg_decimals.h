@@ -13,8 +13,8 @@ namespace vnt::host {
 // tolerance: >= 0; below what a double holds of value it gives the shortest number that reads back as value.
 void append_decimal(std::string& text, double value, double tolerance);
 
-// How far a number may be off number and still be the same in single precision: half the way to the nearer
-// neighbour.
+// What is less than this off number is the same number in single precision, on either side: half the way to the
+// nearer neighbour. Above a power of two it is half of what would do, as the neighbour below is the nearer one.
 double single_precision_slack(float number);
 
 } // namespace vnt::host

@@ -1,8 +1,8 @@
 #include "host/kit/svg_document.h"
 
 #include "host/kit/svg_compare.h"
-#include "host/kit/svg_decimals.h"
 #include "host/kit/svg_layer.h"
+#include "host/kit/svg_line_style.h"
 #include "host/kit/svg_numbers.h"
 #include "host/kit/svg_path_data.h"
 #include "host/kit/svg_splice.h"
@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <limits>
+#include <set>
 #include <string_view>
 
 namespace vnt::host {
@@ -18,29 +18,53 @@ namespace {
 
 constexpr std::string_view kIdStem = "vant-path";
 
-// The first number of which no number that stands behind the stem anywhere in the document, be it in an id, a
-// reference or a style sheet, is as large: a new id neither is there already nor is what something refers to.
-std::uint64_t first_free_number(const SvgTree& tree)
-{
-    std::uint64_t largest = 0;
-    const auto look_through = [&](std::string_view text) {
+// The numbers of new ids, upwards. None stands behind the stem anywhere in the document, be it in an id, a
+// reference or a style sheet: a new id neither is there already nor is what something refers to.
+class FreeNumbers {
+public:
+    explicit FreeNumbers(const SvgTree& tree)
+    {
+        look_through(tree.text());
+        for (pugi::xml_node node = tree.root(); node; node = next_in_document(node, tree.root())) {
+            const std::string_view id = node.attribute("id").value();
+            if (id.find('&') != id.npos)
+                look_through(tree.attribute(node, "id").value_or("")); // written with character references
+        }
+        take();
+    }
+
+    std::uint64_t next() const { return next_; }
+
+    void take()
+    {
+        do
+            ++next_;
+        while (huge_.count(next_) != 0);
+    }
+
+private:
+    void look_through(std::string_view text)
+    {
         for (std::size_t at = text.find(kIdStem); at != text.npos; at = text.find(kIdStem, at + 1)) {
             const char* const digits = text.data() + at + kIdStem.size();
             std::uint64_t number = 0;
             const auto read = std::from_chars(digits, text.data() + text.size(), number);
-            // Numbers past 10^15 are not counted on: nothing here gets that far.
-            if (read.ec == std::errc() && number < 1'000'000'000'000'000)
-                largest = std::max(largest, number);
+            if (read.ec != std::errc())
+                continue; // no number, or one that counting never gets to
+            if (number < kHuge)
+                next_ = std::max(next_, number);
+            else
+                huge_.insert(number);
         }
-    };
-    look_through(tree.text());
-    for (pugi::xml_node node = tree.root(); node; node = next_in_document(node, tree.root())) {
-        const std::string_view id = node.attribute("id").value();
-        if (id.find('&') != id.npos)
-            look_through(tree.attribute(node, "id").value_or("")); // written with character references
     }
-    return largest + 1;
-}
+
+    // From here on numbers are not counted up from, so that one near the end leaves others to count on. They are
+    // passed over instead.
+    static constexpr std::uint64_t kHuge = 999'999'999'999'999;
+
+    std::uint64_t next_ = 0;
+    std::set<std::uint64_t> huge_;
+};
 
 Affine artwork_to_page(const Vec& origin) { return {kPxPerPt, 0, 0, -kPxPerPt, origin.x, origin.y}; }
 
@@ -49,13 +73,11 @@ Affine page_to_artwork(const Vec& origin)
     return {1 / kPxPerPt, 0, 0, -1 / kPxPerPt, -origin.x / kPxPerPt, origin.y / kPxPerPt};
 }
 
-// A line of 1 pt on the page, whatever the layer's transform makes of it.
-std::string style_of(const Affine& layer_to_page)
+// A page is its viewBox, moved and stretched.
+Affine page_to_user(const SvgPage& page)
 {
-    const double width = kPxPerPt / mean_scale(layer_to_page);
-    std::string style = "fill:none;stroke:#000000;stroke-width:";
-    append_decimal(style, width, width * std::numeric_limits<float>::epsilon() / 2);
-    return style;
+    const Affine& map = page.user_to_page;
+    return {1 / map.a, 0, 0, 1 / map.d, -map.e / map.a, -map.f / map.d};
 }
 
 const char* why_left_out(const PathArt& path)
@@ -104,21 +126,51 @@ const std::vector<std::string>& SvgDocument::notes() const { return parts_->laye
 const GridSettings& SvgDocument::grid() const { return parts_->grid.settings; }
 const Affine& SvgDocument::artwork_to_layer() const { return parts_->artwork_to_layer; }
 
+std::string SvgDocument::layer_id() const
+{
+    return parts_->tree->attribute(parts_->layer.element, "id").value_or("");
+}
+
+std::string SvgDocument::root_id() const
+{
+    return parts_->tree->attribute(parts_->tree->root(), "id").value_or("");
+}
+
+std::vector<std::string> SvgDocument::ids() const
+{
+    std::vector<std::string> ids;
+    const SvgTree& tree = *parts_->tree;
+    for (pugi::xml_node node = tree.root(); node; node = next_in_document(node, tree.root())) {
+        if (node.attribute("id"))
+            ids.push_back(tree.attribute(node, "id").value_or(""));
+    }
+    return ids;
+}
+
+Affine SvgDocument::artwork_to_user() const
+{
+    return page_to_user(parts_->page) * artwork_to_page(parts_->grid.origin_on_page);
+}
+
 DocumentView SvgDocument::view(const ViewOptions& options) const
 {
     return read_view(*parts_->tree, parts_->page, parts_->grid.origin_on_page, options);
 }
 
+// How the artwork's coordinates become those of a layer, and back.
+struct SvgDocument::LayerMaps {
+    Affine artwork_to_layer;
+    Affine layer_to_artwork;
+};
+
 // Adds path elements to a document's text, at one place of it.
 class SvgDocument::Drawer {
 public:
-    explicit Drawer(const Parts& parts)
-        : splice_(*parts.tree, parts.layer.element),
-          writer_(parts.artwork_to_layer,
-                  page_to_artwork(parts.grid.origin_on_page) * parts.layer.layer_to_page),
-          style_(style_of(parts.layer.layer_to_page)), number_(first_free_number(*parts.tree))
+    Drawer(const SvgTree& tree, const DrawingLayer& layer, const LayerMaps& maps)
+        : splice_(tree, layer.element), writer_(maps.artwork_to_layer, maps.layer_to_artwork),
+          style_(thin_line_style(tree, layer.path, layer.layer_to_page)), numbers_(tree)
     {
-        drawn_.text = parts.tree->byte_order_mark();
+        drawn_.text = tree.byte_order_mark();
         splice_.begin(drawn_.text);
     }
 
@@ -127,7 +179,7 @@ public:
         const std::size_t before = drawn_.text.size();
         const char* problem = why_left_out(path);
         std::string id(kIdStem);
-        id += std::to_string(number_);
+        id += std::to_string(numbers_.next());
         if (problem == nullptr && !try_add_element(path, id))
             problem = "does not fit into the layer's coordinates";
         if (problem != nullptr) {
@@ -136,7 +188,7 @@ public:
                                    " and is left out");
             id.clear();
         } else {
-            ++number_;
+            numbers_.take();
         }
         drawn_.ids.push_back(std::move(id));
     }
@@ -161,16 +213,40 @@ private:
     ElementSplice splice_;
     PathDataWriter writer_;
     std::string style_;
-    std::uint64_t number_;
+    FreeNumbers numbers_;
     DrawnText drawn_;
 };
 
-Result<DrawnText> SvgDocument::with_paths(const std::vector<PathArt>& paths) const
+std::optional<SvgDocument::LayerMaps>
+SvgDocument::try_maps(const DrawingLayer& layer, const std::optional<Affine>& artwork_to_user) const
 {
-    Drawer drawer(*parts_);
+    const Vec& origin = parts_->grid.origin_on_page;
+    if (!artwork_to_user)
+        return LayerMaps{layer.page_to_layer * artwork_to_page(origin),
+                         page_to_artwork(origin) * layer.layer_to_page};
+    const std::optional<Affine> user_to_layer = try_inverse(layer.layer_to_user);
+    const std::optional<Affine> user_to_artwork = try_inverse(*artwork_to_user);
+    if (!user_to_layer || !user_to_artwork)
+        return std::nullopt;
+    return LayerMaps{*user_to_layer * *artwork_to_user, *user_to_artwork * layer.layer_to_user};
+}
+
+Result<DrawnText> SvgDocument::with_paths(const std::vector<PathArt>& paths, const Placement& placement) const
+{
+    const bool is_asked_for = placement.layer_id && *placement.layer_id != layer_id();
+    const DrawingLayer layer =
+        is_asked_for ? find_layer(*parts_->tree, parts_->page, *placement.layer_id, parts_->layer)
+                     : parts_->layer;
+    const std::optional<LayerMaps> maps = try_maps(layer, placement.artwork_to_user);
+    if (!maps)
+        return Problem{"cannot add the paths to " + parts_->name +
+                       ": the map that places them flattens everything; draw them anew"};
+    Drawer drawer(*parts_->tree, layer, *maps);
     for (const PathArt& path : paths)
         drawer.add(path);
     DrawnText drawn = drawer.finish();
+    if (is_asked_for)
+        drawn.notes.insert(drawn.notes.begin(), layer.notes.begin(), layer.notes.end());
     std::vector<std::string> new_ids = drawn.ids;
     new_ids.erase(std::remove(new_ids.begin(), new_ids.end(), ""), new_ids.end());
     if (new_ids.empty()) {
@@ -183,7 +259,7 @@ Result<DrawnText> SvgDocument::with_paths(const std::vector<PathArt>& paths) con
     if (const auto* problem = std::get_if<Problem>(&read_again))
         fault = problem->sentence;
     else
-        fault = find_difference(*parts_->tree, parts_->layer.element, *std::get<0>(read_again), new_ids);
+        fault = find_difference(*parts_->tree, layer.element, *std::get<0>(read_again), new_ids);
     if (!fault.empty())
         return Problem{"cannot add the paths to " + parts_->name + ": " + fault +
                        "; this is a defect of the program, please report it with the document"};

@@ -55,8 +55,9 @@ Vec crossing_of(const SvgTree& tree, pugi::xml_node grid, const SvgPage& page)
 {
     const Affine& map = page.user_to_page;
     const Vec corner = map(page.view_box_corner);
-    return {corner.x + read_px(tree, grid, "originx", map.a).value_or(0),
-            corner.y + read_px(tree, grid, "originy", map.d).value_or(0)};
+    const Vec crossing{corner.x + read_px(tree, grid, "originx", map.a).value_or(0),
+                       corner.y + read_px(tree, grid, "originy", map.d).value_or(0)};
+    return std::isfinite(crossing.x) && std::isfinite(crossing.y) ? crossing : Vec();
 }
 
 GridSettings settings_of(const SvgTree& tree, pugi::xml_node grid, const SvgPage& page, bool shown)
@@ -79,21 +80,16 @@ GridSettings settings_of(const SvgTree& tree, pugi::xml_node grid, const SvgPage
 DocumentGrid read_grid(const SvgTree& tree, const SvgPage& page)
 {
     const pugi::xml_node view = find_named_view(tree);
-    pugi::xml_node visible;
-    pugi::xml_node enabled;
+    DocumentGrid grid;
     for (const pugi::xml_node child : view.children()) {
         if (!tree.is_of(child, kInkscapeNamespace, "grid") || tree.attribute(child, "type") != "xygrid" ||
             !is_on(tree, child, "enabled", true))
             continue;
-        enabled = enabled ? enabled : child;
-        if (!visible && is_on(tree, child, "visible", true))
-            visible = child;
+        grid.origin_on_page = crossing_of(tree, child, page);
+        grid.settings = settings_of(
+            tree, child, page, is_on(tree, view, "showgrid", false) && is_on(tree, child, "visible", true));
+        break;
     }
-    DocumentGrid grid;
-    if (const pugi::xml_node anchor = visible ? visible : enabled)
-        grid.origin_on_page = crossing_of(tree, anchor, page);
-    if (visible)
-        grid.settings = settings_of(tree, visible, page, is_on(tree, view, "showgrid", false));
     return grid;
 }
 

@@ -28,9 +28,11 @@ struct DocumentGrid {
     Vec origin_on_page; // px; where the artwork's origin lies
 };
 
-// The grid is the first enabled and visible rectangular one, and is shown when the document shows its grids.
-// Where its steps differ in x and y, and for axonometric grids, there is none. The artwork's origin is that
-// grid's first crossing; else that of the first enabled rectangular grid, shown or not; else the page's corner.
+// The grid is the first enabled rectangular one in document order, visible or not; no other is looked at. It is
+// shown when the document shows its grids and it is visible itself, unless its steps differ in x and y: an effect
+// knows squares alone. The artwork's origin is the grid's first crossing, (viewBox x + originx, viewBox y +
+// originy), shown or not: it stays where it is when the grid is switched on or hidden. Without such a grid it is
+// the page's top left corner.
 DocumentGrid read_grid(const SvgTree& tree, const SvgPage& page);
 
 } // namespace vnt::host

@@ -1,14 +1,9 @@
 #include "host/kit/svg_layer.h"
 
 #include <algorithm>
-#include <array>
 
 namespace vnt::host {
 namespace {
-
-// What is in these is drawn where something refers to it, or not at all.
-constexpr std::array<const char*, 9> kUndrawn = {
-    "defs", "symbol", "marker", "pattern", "clipPath", "mask", "metadata", "foreignObject", "linearGradient"};
 
 bool is_layer(const SvgTree& tree, pugi::xml_node element)
 {
@@ -20,23 +15,9 @@ bool can_hold_paths(const SvgTree& tree, pugi::xml_node element)
     return tree.is_svg(element, "g") || tree.is_svg(element, "svg") || tree.is_svg(element, "a");
 }
 
-// From the outermost element to element.
-std::vector<pugi::xml_node> chain_to(const SvgTree& tree, pugi::xml_node element)
+bool is_drawn(const std::vector<PathStep>& path)
 {
-    std::vector<pugi::xml_node> chain;
-    for (; element != tree.root(); element = element.parent())
-        chain.push_back(element);
-    chain.push_back(element);
-    std::reverse(chain.begin(), chain.end());
-    return chain;
-}
-
-bool is_drawn(const SvgTree& tree, const std::vector<pugi::xml_node>& chain)
-{
-    return std::none_of(chain.begin(), chain.end(), [&](pugi::xml_node element) {
-        return std::any_of(kUndrawn.begin(), kUndrawn.end(),
-                           [&](const char* name) { return tree.is_svg(element, name); });
-    });
+    return std::all_of(path.begin(), path.end(), [](const PathStep& step) { return step.is_group; });
 }
 
 std::string title_of(const SvgTree& tree, pugi::xml_node element)
@@ -45,7 +26,7 @@ std::string title_of(const SvgTree& tree, pugi::xml_node element)
         return "the document's outermost element";
     const std::optional<std::string> label = tree.attribute(element, kInkscapeNamespace, "label");
     const std::optional<std::string> id = tree.attribute(element, "id");
-    return "the layer \"" + (label && !label->empty() ? *label : id.value_or("")) + "\"";
+    return "the layer \"" + quotable(label && !label->empty() ? *label : id.value_or("")) + "\"";
 }
 
 pugi::xml_node topmost_layer(const SvgTree& tree)
@@ -57,6 +38,16 @@ pugi::xml_node topmost_layer(const SvgTree& tree)
     return tree.root();
 }
 
+// Why nothing can be drawn into an element; null when it can.
+const char* find_obstacle(const SvgTree& tree, pugi::xml_node element)
+{
+    if (!element)
+        return "is not in the document";
+    if (!can_hold_paths(tree, element))
+        return "is no layer";
+    return is_drawn(tree.path_to(element)) ? nullptr : "is not drawn where it stands";
+}
+
 pugi::xml_node choose(const SvgTree& tree, std::vector<std::string>& notes)
 {
     const pugi::xml_node fallback = topmost_layer(tree);
@@ -65,32 +56,60 @@ pugi::xml_node choose(const SvgTree& tree, std::vector<std::string>& notes)
     if (!id)
         return fallback;
     const pugi::xml_node named = tree.find_id(*id);
-    const char* problem = nullptr;
-    if (!named)
-        problem = "is not in the document";
-    else if (!can_hold_paths(tree, named))
-        problem = "is no layer";
-    else if (!is_drawn(tree, chain_to(tree, named)))
-        problem = "is not drawn where it stands";
+    const char* const problem = find_obstacle(tree, named);
     if (problem == nullptr)
         return named;
-    notes.push_back("the current layer, \"" + *id + "\", " + problem + "; the new paths go to " +
+    notes.push_back("the current layer, \"" + quotable(*id) + "\", " + problem + "; the new paths go to " +
                     title_of(tree, fallback));
     return fallback;
 }
 
-void note_what_hides(const SvgTree& tree, const std::vector<pugi::xml_node>& chain,
-                     std::vector<std::string>& notes)
+// The innermost element that says something of its visibility decides; one that is not displayed hides all in it.
+bool is_hidden(const SvgTree& tree, const std::vector<PathStep>& path)
 {
-    const std::string title = title_of(tree, chain.back());
-    const auto any = [&](auto holds) { return std::any_of(chain.begin(), chain.end(), holds); };
-    if (any([&](pugi::xml_node element) { return tree.property(element, "display") == "none"; }))
+    if (std::any_of(path.begin(), path.end(),
+                    [&](const PathStep& step) { return tree.property(step.element, "display") == "none"; }))
+        return true;
+    for (auto step = path.rbegin(); step != path.rend(); ++step) {
+        const std::optional<std::string> own = tree.property(step->element, "visibility");
+        if (own && own != "inherit")
+            return own == "hidden" || own == "collapse";
+    }
+    return false;
+}
+
+void note_what_hides(const SvgTree& tree, const std::vector<PathStep>& path, std::vector<std::string>& notes)
+{
+    const std::string title = title_of(tree, path.back().element);
+    if (is_hidden(tree, path))
         notes.push_back(title + " is hidden; the new paths are in it all the same, and show when it does");
-    // The editor takes any value of this attribute for a lock.
-    if (any([&](pugi::xml_node element) {
-            return tree.attribute(element, kSodipodiNamespace, "insensitive").has_value();
-        }))
+    if (std::any_of(path.begin(), path.end(), [](const PathStep& step) { return step.is_locked; }))
         notes.push_back(title + " is locked; the new paths are in it all the same");
+}
+
+// Finds the maps of a layer whose element is set; false when its transform flattens it.
+bool try_measure(const SvgTree& tree, const SvgPage& page, DrawingLayer& layer)
+{
+    layer.path = tree.path_to(layer.element);
+    const std::string title = title_of(tree, layer.element);
+    note_what_hides(tree, layer.path, layer.notes);
+
+    layer.layer_to_page = page.user_to_page;
+    layer.layer_to_user = Affine();
+    Vec viewport = page.viewport;
+    bool has_bad_transform = false;
+    for (std::size_t i = 1; i < layer.path.size(); ++i) {
+        const ElementSpace space = space_of(tree, layer.path[i], viewport);
+        has_bad_transform = has_bad_transform || space.has_bad_transform;
+        layer.layer_to_page = layer.layer_to_page * space.content_to_parent;
+        layer.layer_to_user = layer.layer_to_user * space.content_to_parent;
+        viewport = space.viewport;
+    }
+    if (has_bad_transform)
+        layer.notes.push_back("a transform of " + title + " cannot be understood and counts as none");
+    const std::optional<Affine> inverse = try_inverse(layer.layer_to_page);
+    layer.page_to_layer = inverse.value_or(Affine());
+    return inverse.has_value();
 }
 
 } // namespace
@@ -108,24 +127,25 @@ Result<DrawingLayer> find_current_layer(const SvgTree& tree, const SvgPage& page
 {
     DrawingLayer layer;
     layer.element = choose(tree, layer.notes);
-    const std::vector<pugi::xml_node> chain = chain_to(tree, layer.element);
-    const std::string title = title_of(tree, layer.element);
-    note_what_hides(tree, chain, layer.notes);
-
-    layer.layer_to_page = page.user_to_page;
-    Vec viewport = page.viewport;
-    for (std::size_t i = 1; i < chain.size(); ++i) {
-        const ElementSpace space = space_of(tree, chain[i], viewport);
-        if (space.has_bad_transform)
-            layer.notes.push_back("a transform of " + title + " cannot be understood and counts as none");
-        layer.layer_to_page = layer.layer_to_page * space.content_to_parent;
-        viewport = space.viewport;
-    }
-    const std::optional<Affine> inverse = try_inverse(layer.layer_to_page);
-    if (!inverse)
-        return Problem{"cannot draw into " + name + ": the transform of " + title +
+    if (!try_measure(tree, page, layer))
+        return Problem{"cannot draw into " + name + ": the transform of " + title_of(tree, layer.element) +
                        " flattens everything in it; choose another current layer"};
-    layer.page_to_layer = *inverse;
+    return layer;
+}
+
+DrawingLayer find_layer(const SvgTree& tree, const SvgPage& page, const std::string& id,
+                        const DrawingLayer& current)
+{
+    DrawingLayer layer;
+    layer.element = tree.find_id(id);
+    const char* obstacle = find_obstacle(tree, layer.element);
+    if (obstacle == nullptr && !try_measure(tree, page, layer))
+        obstacle = "is flattened by its transform";
+    if (obstacle == nullptr)
+        return layer;
+    layer = current;
+    layer.notes = {"the layer that the new paths are for, \"" + quotable(id) + "\", " + obstacle +
+                   "; they go to " + title_of(tree, layer.element)};
     return layer;
 }
 

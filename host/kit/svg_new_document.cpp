@@ -13,7 +13,7 @@ constexpr std::string_view kText = R"(<?xml version="1.0" encoding="UTF-8"?>
 <svg width="@WIDTH@pt" height="@HEIGHT@pt" viewBox="@LEFT@ @TOP@ @WIDTH@ @HEIGHT@"
     xmlns="http://www.w3.org/2000/svg"
     xmlns:inkscape="http://www.inkscape.org/namespaces/inkscape"
-    xmlns:sodipodi="http://sodipodi.sourceforge.net/DTD/sodipodi-0.0.dtd">
+    xmlns:sodipodi="http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd">
   <sodipodi:namedview id="namedview1" showgrid="false" inkscape:current-layer="layer1">
     <inkscape:grid id="grid1" type="xygrid" units="pt" originx="@ORIGIN_X@" originy="@ORIGIN_Y@"
         spacingx="25" spacingy="25" empspacing="2"/>

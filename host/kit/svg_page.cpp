@@ -106,16 +106,17 @@ SvgPage read_page(const SvgTree& tree)
     return page;
 }
 
-ElementSpace space_of(const SvgTree& tree, pugi::xml_node element, const Vec& viewport_outside)
+ElementSpace space_of(const SvgTree& tree, const PathStep& step, const Vec& viewport_outside)
 {
+    const pugi::xml_node element = step.element;
     ElementSpace space{Affine(), viewport_outside};
-    const std::optional<Affine> transform =
-        try_read_transform(tree.attribute(element, "transform").value_or(""));
-    space.has_bad_transform = !transform;
-    if (transform)
-        space.content_to_parent = *transform;
-    if (!tree.is_svg(element, "svg"))
+    if (!step.is_viewport) {
+        const std::optional<Affine> transform =
+            try_read_transform(tree.attribute(element, "transform").value_or(""));
+        space.has_bad_transform = !transform;
+        space.content_to_parent = transform.value_or(Affine());
         return space;
+    }
     const double width = size_of(tree, element, "width", viewport_outside.x);
     const double height = size_of(tree, element, "height", viewport_outside.y);
     Affine inner = Affine::translation(place_of(tree, element, "x", viewport_outside.x),
@@ -126,7 +127,7 @@ ElementSpace space_of(const SvgTree& tree, pugi::xml_node element, const Vec& vi
                             *box, tree.attribute(element, "preserveAspectRatio").value_or(""), width, height);
         space.viewport = {box->width, box->height};
     }
-    space.content_to_parent = space.content_to_parent * inner;
+    space.content_to_parent = inner;
     return space;
 }
 

@@ -5,7 +5,9 @@
 // Source: Scalable Vector Graphics (SVG) 1.1, chapter 7, "Coordinate Systems, Transformations and Units". Where
 //         renderers differ the page is as Inkscape 1.2 shows it, since it is there that people draw: a size that
 //         is missing is 100% of the viewBox, or of A4 without one (librsvg completes it by the viewBox's
-//         proportions), and a transform of the outermost element does nothing (librsvg heeds it).
+//         proportions), and a transform of an svg element, the outermost or one inside, does nothing (librsvg
+//         heeds it). Not as in Inkscape: a size in em or ex hangs on a font, and counts as missing. Inkscape
+//         makes a size of it, which was not the same in all documents that were tried.
 #pragma once
 
 #include "host/kit/affine.h"
@@ -39,13 +41,13 @@ struct SvgPage {
 
 SvgPage read_page(const SvgTree& tree);
 
-// What a transform attribute, or the x, y and viewBox of an svg element inside the document, make of an
-// element's coordinates: those of its content in those of its parent.
+// What a transform attribute, or instead of it the x, y and viewBox of an svg element inside the document, make
+// of an element's coordinates: those of its content in those of its parent.
 struct ElementSpace {
     Affine content_to_parent;
     Vec viewport;                   // as above, for what is inside
     bool has_bad_transform = false; // a transform that cannot be understood counts as none, as in the editor
 };
-ElementSpace space_of(const SvgTree& tree, pugi::xml_node element, const Vec& viewport_outside);
+ElementSpace space_of(const SvgTree& tree, const PathStep& step, const Vec& viewport_outside);
 
 } // namespace vnt::host

@@ -19,7 +19,8 @@ public:
     //           then as it was.
     // Accuracy: read as doubles and taken back to the artwork, a coordinate is the same single precision number.
     //           Where doubles do not hold as much (a point within 2^-49 of the distances that the map adds up),
-    //           it is off by no more than that. No coordinate has more digits than this takes.
+    //           it is off by no more than that. No coordinate has more digits than this takes, but for one that
+    //           a power of two may have more: the slack towards its nearer neighbour holds for both sides.
     bool try_append(std::string& text, const PathArt& path) const;
 
 private:

@@ -13,12 +13,23 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vnt::host {
 
 constexpr std::string_view kSvgNamespace = "http://www.w3.org/2000/svg";
 constexpr std::string_view kInkscapeNamespace = "http://www.inkscape.org/namespaces/inkscape";
-constexpr std::string_view kSodipodiNamespace = "http://sodipodi.sourceforge.net/DTD/sodipodi-0.0.dtd";
+constexpr std::string_view kSodipodiNamespace = "http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd";
+// Of some old documents. Whoever asks for the one above finds what is in this one too.
+constexpr std::string_view kOldSodipodiNamespace = "http://inkscape.sourceforge.net/DTD/sodipodi-0.dtd";
+
+// One element on the way from the outermost one to another.
+struct PathStep {
+    pugi::xml_node element;
+    bool is_group = false;    // an svg, g, a or switch of SVG: what is in it is drawn where it stands
+    bool is_viewport = false; // an svg of SVG
+    bool is_locked = false;   // the editor takes any value of sodipodi:insensitive for a lock
+};
 
 class SvgTree {
 public:
@@ -52,11 +63,18 @@ public:
     std::optional<std::string> attribute(pugi::xml_node element, std::string_view space,
                                          std::string_view name) const;
 
-    // A property as the element itself gives it: in its style attribute, else in the attribute of that name.
+    // A property as the element itself gives it: in its style attribute, without comments and with !important
+    // heeded, else in the attribute of that name. Style sheets are not looked at.
     std::optional<std::string> property(pugi::xml_node element, std::string_view name) const;
 
     // The first element in document order that has this id; a null node when none has.
     pugi::xml_node find_id(std::string_view id) const;
+
+    // From the outermost element to element, in time that is proportional to what stands there.
+    std::vector<PathStep> path_to(pugi::xml_node element) const;
+
+    // Whether the text of a style sheet in the document holds word.
+    bool style_sheets_hold(std::string_view word) const;
 
 private:
     SvgTree() = default;
@@ -72,5 +90,9 @@ private:
 
 // The node behind node in document order within root: its first child, else what follows it or an ancestor.
 pugi::xml_node next_in_document(pugi::xml_node node, pugi::xml_node root);
+
+// Text of a document as sentences can quote it: bytes that are no UTF-8, as in documents of other encodings, and
+// control characters are written as \xE9.
+std::string quotable(std::string_view text);
 
 } // namespace vnt::host

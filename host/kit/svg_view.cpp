@@ -38,8 +38,9 @@ Edges edges_of(double begin, double length)
 {
     constexpr double kLow = std::numeric_limits<std::int16_t>::min();
     constexpr double kHigh = std::numeric_limits<std::int16_t>::max();
-    const double low = std::clamp(std::round(begin), kLow, kHigh - 1);
-    const double high = std::clamp(low + std::max(std::round(length), 1.0), kLow + 1, kHigh);
+    const auto number = [](double edge) { return std::isnan(edge) ? 0 : std::round(edge); };
+    const double low = std::clamp(number(begin), kLow, kHigh - 1);
+    const double high = std::clamp(low + std::max(number(length), 1.0), kLow + 1, kHigh);
     return {static_cast<std::int16_t>(low), static_cast<std::int16_t>(high)};
 }
 
@@ -91,6 +92,8 @@ Affine view_to_artwork(const Sight& sight, const Vec& size, const Vec& origin)
 bool is_told_apart(const Affine& map, const Vec& size)
 {
     constexpr double kMostPixels = 4;
+    if (!map.is_finite())
+        return false;
     const Vec corner = map({0, 0});
     const Vec other = map(size);
     const double farthest =
@@ -104,7 +107,8 @@ DocumentView read_view(const SvgTree& tree, const SvgPage& page, const Vec& artw
                        const ViewOptions& options)
 {
     const pugi::xml_node record = find_named_view(tree);
-    DocumentView view{window_of(tree, record, options), 1, Affine(), {}};
+    DocumentView view{window_of(tree, record, options), 1, Affine(), {}, 0};
+    view.sheet_rotation = read_number(tree, record, "rotation").value_or(0);
     const Vec size = size_of(view.window);
     const Sight fallback = whole_page(page, size);
     Sight sight = fallback;
@@ -121,13 +125,15 @@ DocumentView read_view(const SvgTree& tree, const SvgPage& page, const Vec& artw
     if (!is_told_apart(view.view_to_artwork, size)) {
         sight = fallback;
         view.view_to_artwork = view_to_artwork(sight, size, artwork_origin);
-        view.notes.emplace_back(
-            "the view lies too far from the artwork's origin, or too near to the page; the "
-            "whole page is taken for it");
-    }
-    if (!is_told_apart(view.view_to_artwork, size)) {
-        sight = {1, artwork_origin};
-        view.view_to_artwork = view_to_artwork(sight, size, artwork_origin);
+        const char* taken = "the whole page is taken for it";
+        if (!is_told_apart(view.view_to_artwork, size)) {
+            sight = {1, artwork_origin};
+            view.view_to_artwork = view_to_artwork(sight, size, artwork_origin);
+            taken = "what lies around that origin, in full size, is taken for it";
+        }
+        view.notes.push_back(
+            std::string("the view lies too far from the artwork's origin, or too near to the page; ") +
+            taken);
     }
     view.zoom = sight.zoom;
     return view;

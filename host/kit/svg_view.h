@@ -38,6 +38,8 @@ struct DocumentView {
     // effect takes a as its tolerance, and cuts arcs for ever when that is 0 or less.
     Affine view_to_artwork;
     std::vector<std::string> notes;
+    // How the editor's sheet is turned, in degrees, clockwise on the screen; for people who sketch on it, no more.
+    double sheet_rotation = 0;
 };
 
 // The window's size is the editor's whole window: how large its canvas is, a document does not tell. What the
@@ -45,7 +47,9 @@ struct DocumentView {
 //
 // artwork_origin: on the page, in px.
 // Accuracy:       a view so far from the artwork's origin, or so near to the page, that single precision moves
-//                 its points by more than 4 pixels is given up for one of the whole page, with a note.
+//                 its points by more than 4 pixels is given up, with a note: for one of the whole page, or where
+//                 that lies as far, for one around the artwork's origin at zoom 1. So is one whose numbers are
+//                 not finite.
 DocumentView read_view(const SvgTree& tree, const SvgPage& page, const Vec& artwork_origin,
                        const ViewOptions& options);
 

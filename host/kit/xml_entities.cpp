@@ -9,8 +9,8 @@ namespace {
 
 constexpr auto npos = std::string_view::npos;
 constexpr int kDeepest = 16;
-constexpr int kMostReferences = 4096;
-constexpr std::size_t kLongest = 65536;
+constexpr int kMostReferences = 64;
+constexpr std::size_t kLongest = 4096;
 
 void append_utf8(std::string& text, char32_t c)
 {
@@ -63,6 +63,14 @@ std::size_t end_of_declaration(std::string_view text, std::size_t from)
             return npos;
         ++from;
     }
+}
+
+// Where the ; of a reference at the beginning of text stands; npos when there is none. What cannot stand in one
+// ends the search, so that many an & without its ; takes no time.
+std::size_t end_of_reference(std::string_view text)
+{
+    const std::size_t end = text.find_first_of("&; \t\r\n", 1);
+    return end != npos && text[end] == ';' ? end : npos;
 }
 
 } // namespace
@@ -165,8 +173,9 @@ bool XmlEntities::try_expand_reference(Expansion& expansion, std::string_view in
     }
     const auto entity = values_.find(inside);
     if (entity == values_.end() || expansion.depth == kDeepest || expansion.references == kMostReferences ||
-        expansion.value.size() > kLongest)
+        entity->second.size() > kLongest - expansion.from_entities)
         return false;
+    expansion.from_entities += entity->second.size();
     ++expansion.references;
     ++expansion.depth;
     expand_into(expansion, entity->second);
@@ -177,7 +186,7 @@ bool XmlEntities::try_expand_reference(Expansion& expansion, std::string_view in
 void XmlEntities::expand_into(Expansion& expansion, std::string_view written) const
 {
     while (!written.empty()) {
-        const std::size_t end = written.front() == '&' ? written.find(';') : npos;
+        const std::size_t end = written.front() == '&' ? end_of_reference(written) : npos;
         if (end != npos && try_expand_reference(expansion, written.substr(1, end - 1))) {
             written.remove_prefix(end + 1);
         } else {

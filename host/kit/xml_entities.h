@@ -23,8 +23,9 @@ public:
 
     // An attribute's value as the document means it: references replaced, each blank a space.
     //
-    // Accuracy: past 64 KiB, 4096 references to entities, or 16 of them one in the other, references are left
-    //           as they are: an answer to documents that expand without end.
+    // Accuracy: a reference to an entity is left as it is when the text of entities would pass 4 KiB, and past 64
+    //           of them, or 16 one in the other: an answer to documents that expand without end. Time is
+    //           proportional to what is written and those limits.
     std::string expand(std::string_view written) const;
 
 private:
@@ -32,6 +33,7 @@ private:
 
     struct Expansion {
         std::string value;
+        std::size_t from_entities = 0; // bytes, as the entities are written
         int references = 0;
         int depth = 0;
     };

@@ -52,7 +52,8 @@ struct CorpusCase {
     const char* behind;   // what stands right behind what was added
     Affine page_to_layer; // by hand from the document's width, viewBox and transforms
     double stroke_width;
-    Vec origin; // of the artwork, px on the page
+    Vec origin;          // of the artwork, px on the page
+    bool is_seen = true; // the sample, by a renderer
 };
 constexpr double kMm = 25.4 / 96;
 constexpr double kPt = 4.0 / 3;
@@ -73,7 +74,7 @@ const CorpusCase kCorpus[] = {
     // page = (2 (x + y) + 10, 105 - y)
     {"skewed_sub_layer", "path", "\n    </g>\n    <path id=\"p2\"", {0.5, 0, 1, -1, -110, 105}, kPt / kRoot2,
      {}},
-    {"hidden_and_locked_layer", "path", "\n    </g>\n  </g>", kPx, kPt, {}},
+    {"hidden_and_locked_layer", "path", "\n    </g>\n  </g>", kPx, kPt, {}, false},
     {"topmost_of_two_layers", "path", "\n  </g>\n  <g id=\"no_layer\"/>", kPx, kPt, {}},
     {"root_as_layer", "path", "\n</svg>\n", kPx, kPt, {}},
     {"root_is_an_empty_tag", "path", "\n</svg>\n<!-- nothing -->\n", kPx, kPt, {}},
@@ -103,6 +104,10 @@ const CorpusCase kCorpus[] = {
     {"current_layer_that_is_not_drawn", "path", "</g>", kPx, kPt, {}},
     {"current_layer_that_is_a_path", "path", "</g>", kPx, kPt, {}},
     {"transform_that_means_nothing", "path", "\n  </g>", kPx, kPt, {}},
+    {"layer_that_hides_lines", "path", "\n  </g>\n</svg>", kPx, kPt, {}},
+    // user = page + (5, 10), in mm; layer = 2 (user - (2, 3))
+    {"saved_by_inkscape", "path", "\n    </g>\n    <text\n", {2 * kMm, 0, 0, 2 * kMm, 6, 14}, kPt * 2 * kMm,
+     {10 / kMm, 20 / kMm}},
 };
 // clang-format on
 class SvgCorpus : public testing::TestWithParam<CorpusCase> {
@@ -205,24 +210,28 @@ TEST_P(SvgCorpus, CanBeDrawnIntoAgain)
     EXPECT_EQ(added.find_first_not_of(" \t\r\n"), added.npos) << added;
 }
 
-// Runs the renderer on text; its exit status.
-int render(const std::string& text)
+// The picture that the renderer makes of text; empty when it fails.
+std::string picture_of(const std::string& text)
 {
     const std::string path =
         (std::filesystem::temp_directory_path() / ("vant-svg-" + std::to_string(getpid()))).string();
     std::ofstream(path + ".svg", std::ios::binary) << text;
     const int status = std::system((VNT_RSVG_CONVERT " -o '" + path + ".png' '" + path + ".svg'").c_str());
+    const std::string picture = status == 0 ? content_of(path + ".png") : "";
     std::filesystem::remove(path + ".svg");
     std::filesystem::remove(path + ".png");
-    return status;
+    return picture;
 }
 
-TEST_P(SvgCorpus, OpensInARenderer)
+TEST_P(SvgCorpus, ShowsThePathInARenderer)
 {
     if (std::string(VNT_RSVG_CONVERT).empty())
         GTEST_SKIP() << "rsvg-convert is missing (Debian: librsvg2-bin)";
-    EXPECT_EQ(render(before), 0);
-    EXPECT_EQ(render(drawn(document, {kSample}).text), 0);
+    const std::string without = picture_of(before);
+    const std::string with = picture_of(drawn(document, {kSample}).text);
+    EXPECT_NE(without, "");
+    EXPECT_NE(with, "");
+    EXPECT_EQ(with != without, GetParam().is_seen);
 }
 INSTANTIATE_TEST_SUITE_P(, SvgCorpus, testing::ValuesIn(kCorpus),
                          [](const auto& row) { return row.param.name; });
@@ -239,6 +248,22 @@ TEST(SvgCorpusFolder, HoldsNothingThatIsNotTested)
         })) << file.path();
     }
     EXPECT_EQ(files, std::size(kCorpus));
+}
+
+// As it was saved, with nothing changed by hand.
+TEST(SvgSavedByTheEditor, TellsItsViewGridAndLayer)
+{
+    const SvgDocument document = document_of(corpus("saved_by_inkscape"));
+    EXPECT_EQ(document.notes(), std::vector<std::string>{});
+    EXPECT_TRUE(document.grid().is_shown);
+    EXPECT_EQ(document.grid().subdivisions, 4);
+    EXPECT_FLOAT_EQ(document.grid().spacing, 20 * 72 / 25.4F); // 4 steps of 5 mm
+    const DocumentView view = document.view();
+    EXPECT_EQ(view.zoom, 1.5);
+    const Vec middle = view.view_to_artwork(
+        {(view.window.right - view.window.left) / 2.0, (view.window.bottom - view.window.top) / 2.0});
+    EXPECT_NEAR(middle.x, 0.75 * (150 - 10 / kMm), 1e-9);  // the origin is a crossing of the grid, 10 mm and
+    EXPECT_NEAR(middle.y, -0.75 * (110 - 20 / kMm), 1e-9); // 20 mm from the page's corner
 }
 
 struct UnreadableCase {
@@ -316,6 +341,33 @@ TEST(SvgDocumentPaths, HaveIdsThatNothingInTheDocumentHasOrRefersTo)
 {
     EXPECT_EQ(drawn(document_of(corpus("ids_that_are_taken")), {kSample, kSample}).ids,
               (std::vector<std::string>{"vant-path13", "vant-path14"}));
+}
+
+TEST(SvgDocumentPaths, HaveIdsOfTheirOwnAlsoNearTheLastOnesThatAreCounted)
+{
+    const DrawnText first =
+        drawn(document_of(svg("", "<g id='vant-path999999999999998'/>")), {kSample, kSample});
+    EXPECT_EQ(first.ids, (std::vector<std::string>{"vant-path999999999999999", "vant-path1000000000000000"}));
+    EXPECT_EQ(drawn(document_of(first.text), {kSample}).ids,
+              std::vector<std::string>{"vant-path1000000000000001"});
+}
+
+TEST(SvgDocumentPaths, AreNotCountedOnFromNumbersTooLargeToCountOn)
+{
+    for (const char* const id : {"vant-path999999999999999", "vant-path18446744073709551615",
+                                 "vant-path18446744073709551616", "vant-path99999999999999999999999"})
+        EXPECT_EQ(drawn(document_of(svg("", std::string("<g id='") + id + "'/>")), {kSample}).ids,
+                  std::vector<std::string>{"vant-path1"})
+            << id;
+}
+
+TEST(SvgDocumentNotes, SayWhatWasNotedOfTheLayer)
+{
+    EXPECT_EQ(document_of(corpus("plain_px")).notes(), std::vector<std::string>{});
+    EXPECT_EQ(document_of(corpus("hidden_and_locked_layer")).notes().size(), 2U);
+    EXPECT_EQ(document_of(svg("", "<g id='l' inkscape:groupmode='layer' display='none'/>")).notes(),
+              std::vector<std::string>{
+                  "the layer \"l\" is hidden; the new paths are in it all the same, and show when it does"});
 }
 
 TEST(SvgDocumentPaths, LieInTheirOrderUpwards)

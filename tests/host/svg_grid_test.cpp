@@ -62,12 +62,25 @@ const GridCase kGrids[] = {
      false, 0, 0, 0, 0},
     {"AnInvisibleOneIsNoneButHasTheOrigin",
      shown("<inkscape:grid type='xygrid' visible='false' originx='3' originy='4'/>"), false, 0, 0, 3, 4},
-    {"TheFirstThatIsEnabledAndVisible",
-     shown("<inkscape:grid type='xygrid' enabled='false' originx='1'/>"
-     "<inkscape:grid type='xygrid' visible='false' originx='2'/>"
+    {"TheFirstThatIsEnabled",
+     shown("<inkscape:grid type='axonomgrid' originx='1'/>"
+     "<inkscape:grid type='xygrid' enabled='false' originx='2'/>"
      "<inkscape:grid type='xygrid' spacingx='4' spacingy='4' empspacing='1' originx='3'/>"
      "<inkscape:grid type='xygrid' originx='4'/>"),
      true, 3, 1, 3, 0},
+    {"NoOtherThanTheFirstThatIsEnabled",
+     shown("<inkscape:grid type='xygrid' visible='false' originx='2'/>"
+     "<inkscape:grid type='xygrid' spacingx='4' spacingy='4' empspacing='1' originx='3'/>"),
+     false, 0, 0, 2, 0},
+    {"NoOtherThanTheFirstAlsoWhenItsStepsDiffer",
+     shown("<inkscape:grid type='xygrid' spacingx='4' spacingy='5' originx='2'/>"
+     "<inkscape:grid type='xygrid' originx='3'/>"),
+     false, 0, 0, 2, 0},
+    {"ACrossingThatIsNoNumberIsThePagesCorner",
+     svg("width='400' height='200' viewBox='0 0 200 100'",
+         "<sodipodi:namedview><inkscape:grid type='xygrid' originx='1e308' originy='7'/>"
+         "</sodipodi:namedview>"),
+     false, 0, 0, 0, 0},
     {"GridsThatTheDocumentDoesNotShowStillHaveTheOrigin",
      with_named_view("showgrid='false'", "<inkscape:grid type='xygrid' originx='3' originy='4'/>"), false, 0,
      0, 3, 4},

@@ -53,6 +53,8 @@ const DataCase kData[] = {
      "M -333.33334,0.001"},
     {"LargeScalesNeedFewerDecimals", {corner(1.0F / 3, 2.0F / 3)}, Affine::scaling(1e6, 1e6),
      "M 333333.34,666666.7"},
+    // 2^34: 17179870000 would do, but is farther off than what would do below it.
+    {"APowerOfTwoMayHaveADigitMore", {corner(17179869184.0F, 0)}, kAsItIs, "M 17179869000,0"},
     {"TheLargestNumbers", {corner(3.4028235e38F, -1e-38F)}, kAsItIs, "M 3.4028235e38,-1e-38"},
 };
 // clang-format on

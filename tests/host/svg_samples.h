@@ -14,7 +14,7 @@ inline std::string svg(const std::string& attributes, const std::string& body)
 {
     return "<svg xmlns=\"http://www.w3.org/2000/svg\" "
            "xmlns:inkscape=\"http://www.inkscape.org/namespaces/inkscape\" "
-           "xmlns:sodipodi=\"http://sodipodi.sourceforge.net/DTD/sodipodi-0.0.dtd\" " +
+           "xmlns:sodipodi=\"http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd\" " +
            attributes + ">" + body + "</svg>";
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -21,6 +22,7 @@ struct WindowCase {
     WindowRect window;
 };
 constexpr double kHuge = 1e300;
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 // clang-format off
 const WindowCase kWindows[] = {
     {"IsTheDocuments", kWindow, {}, {10, -20, 810, 580}},
@@ -32,6 +34,7 @@ const WindowCase kWindows[] = {
     {"IsTheOption", kWindow, ViewOptions::Window{1, 2, 30, 40}, {1, 2, 31, 42}},
     {"IsRoundedToPixels", "", ViewOptions::Window{1.4, -1.6, 30.3, 40.7}, {1, -2, 31, 39}},
     {"HasAPixelAtLeast", "", ViewOptions::Window{5, 5, 0, -3}, {5, 5, 6, 6}},
+    {"HasAPixelForWhatIsNoNumber", kWindow, ViewOptions::Window{kNan, kNan, kNan, kNan}, {0, 0, 1, 1}},
     {"FitsInto16Bits", "", ViewOptions::Window{-40000, 40000, kHuge, kHuge}, {-32768, 32766, 32767, 32767}},
 };
 // clang-format on
@@ -93,6 +96,14 @@ const ViewCase kViews[] = {
      in_window("inkscape:zoom='1.5' inkscape:cx='1e300' inkscape:cy='0'"), {}, 0.1875, 75, -37.5},
     {"TurnsToTheOriginWhenThatIsTooFarFromThePage",
      in_window("inkscape:zoom='1.5'", "<inkscape:grid type='xygrid' originx='1e12'/>"), {}, 0.75, 0, 0},
+    {"FitsThePageForACenterThatIsNoNumber",
+     in_window("inkscape:zoom='1.5' inkscape:cx='40' inkscape:cy='60'"),
+     {{}, {}, Vec{kNan, 4}}, 0.1875, 75, -37.5},
+    {"FitsThePageForACenterThatIsNoNumberDownwards",
+     in_window(""), {{}, {}, Vec{4, kNan}}, 0.1875, 75, -37.5},
+    {"FitsThePageForACenterAtInfinity", in_window(""), {{}, {}, Vec{-HUGE_VAL, 0}}, 0.1875, 75, -37.5},
+    {"TakesNoZoomOfTheOptionsThatIsNoNumber",
+     in_window("inkscape:zoom='1.5'"), {{}, kNan, {}}, 0.1875, 75, -37.5},
     {"MayBeFarWhenItIsCoarse", in_window("inkscape:zoom='0.01' inkscape:cx='1e9' inkscape:cy='0'"), {}, 75,
      7.5e8, 0},
 };
@@ -137,6 +148,21 @@ TEST(SvgViews, SayThatTheyWereGivenUp)
         document_of(in_window("inkscape:cx='1e12' inkscape:cy='0'")).view().notes,
         std::vector<std::string>{"the view lies too far from the artwork's origin, or too near to the page; "
                                  "the whole page is taken for it"});
+    EXPECT_EQ(
+        document_of(in_window("inkscape:zoom='1.5'", "<inkscape:grid type='xygrid' originx='1e12'/>"))
+            .view()
+            .notes,
+        std::vector<std::string>{"the view lies too far from the artwork's origin, or too near to the page; "
+                                 "what lies around that origin, in full size, is taken for it"});
+}
+
+TEST(SvgSheetRotation, IsToldBesideAViewThatIsNot)
+{
+    const DocumentView view = document_of(with_named_view(kWindow + "inkscape:rotation='-33.5'")).view();
+    EXPECT_EQ(view.sheet_rotation, -33.5);
+    EXPECT_EQ(view.view_to_artwork.b, 0);
+    EXPECT_EQ(view.view_to_artwork.c, 0);
+    EXPECT_EQ(document_of(with_named_view(kWindow)).view().sheet_rotation, 0);
 }
 
 } // namespace
