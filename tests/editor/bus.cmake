@@ -1,0 +1,30 @@
+# What asks the desktop. Whatever is missing on the machine at run time (a bus, an X server) skips its tests.
+add_library(editor_test_support STATIC running_program.cpp)
+target_compile_features(editor_test_support PUBLIC cxx_std_20)
+target_include_directories(editor_test_support PUBLIC ${PROJECT_SOURCE_DIR})
+target_link_libraries(editor_test_support PRIVATE vnt_options)
+
+vnt_add_test(bus_address LABEL host LINKS vnt::host_editor)
+
+if(VNT_SANITIZE MATCHES "thread")
+  message(STATUS "the tests of the session bus are left out: the thread sanitizer does not see GLib's locks")
+elseif(TARGET PkgConfig::GIO)
+  add_executable(fake_editor fake_editor.cpp)
+  target_compile_features(fake_editor PRIVATE cxx_std_20)
+  target_link_libraries(fake_editor PRIVATE PkgConfig::GIO vnt_options)
+  vnt_add_test(session_bus LABEL host LINKS vnt::host_editor editor_test_support)
+  target_compile_definitions(session_bus_test PRIVATE VNT_FAKE_EDITOR="$<TARGET_FILE:fake_editor>")
+  add_dependencies(session_bus_test fake_editor)
+endif()
+
+find_package(X11 QUIET) # for a program of the tests
+if(TARGET PkgConfig::XCB AND TARGET X11::X11)
+  add_executable(own_windows own_windows.cpp)
+  target_compile_features(own_windows PRIVATE cxx_std_20)
+  target_link_libraries(own_windows PRIVATE X11::X11 vnt_options)
+  foreach(unit front_window x_connection)
+    vnt_add_test(${unit} LABEL host LINKS vnt::host_editor editor_test_support PkgConfig::XCB)
+    target_compile_definitions(${unit}_test PRIVATE VNT_OWN_WINDOWS="$<TARGET_FILE:own_windows>")
+    add_dependencies(${unit}_test own_windows)
+  endforeach()
+endif()
