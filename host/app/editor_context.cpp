@@ -1,0 +1,107 @@
+#include "host/app/editor_context.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <system_error>
+
+namespace vnt::host {
+namespace {
+
+Result<UserFolders> folders_of_this_user()
+{
+    Result<UserFolders> folders = user_folders();
+    if (std::holds_alternative<Problem>(folders))
+        return folders;
+    return make_user_folders(std::get<UserFolders>(std::move(folders)));
+}
+
+void lead_standard_error_to(const LogFile& log)
+{
+    const Descriptor file(log.open());
+    if (file)
+        dup2(file.get(), STDERR_FILENO);
+    else if (const Descriptor nothing = open_file("/dev/null", O_WRONLY); nothing)
+        dup2(nothing.get(), STDERR_FILENO);
+}
+
+} // namespace
+
+EditorContext::EditorContext(UserFolders folders, std::optional<EditorProcess> editor)
+    : folders_(std::move(folders)), log_(folders_.state + "/vant-host.log"),
+      art_(folders_.data + "/sketches"), editor_(std::move(editor))
+{
+}
+
+Result<std::unique_ptr<EditorContext>> EditorContext::enter()
+{
+    Result<UserFolders> folders = folders_of_this_user();
+    if (const auto* problem = std::get_if<Problem>(&folders))
+        return *problem;
+    std::unique_ptr<EditorContext> context(
+        new EditorContext(std::get<UserFolders>(std::move(folders)), find_editor(STDOUT_FILENO)));
+    context->voice_.reset(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    lead_standard_error_to(context->log_);
+    return context;
+}
+
+Result<std::unique_ptr<EditorContext>> EditorContext::enter_detached(pid_t editor)
+{
+    Result<UserFolders> folders = folders_of_this_user();
+    if (const auto* problem = std::get_if<Problem>(&folders))
+        return *problem;
+    std::unique_ptr<EditorContext> context(
+        new EditorContext(std::get<UserFolders>(std::move(folders)), look_at_process(editor)));
+    lead_standard_error_to(context->log_);
+    return context;
+}
+
+void EditorContext::tell(const std::string& text) const
+{
+    log_.add(text);
+    if (is_batch() || !voice_)
+        return;
+    const std::string line = text + "\n";
+    // Lost only when nobody reads any more; the log has it in any case.
+    [[maybe_unused]] const ssize_t written = write(voice_.get(), line.data(), line.size());
+}
+
+std::string EditorContext::document_path()
+{
+    const char* const path = std::getenv("DOCUMENT_PATH");
+    return path == nullptr ? std::string() : path;
+}
+
+Result<std::string> EditorContext::make_spool() const
+{
+    std::string folder = folders_.runtime + "/sketch-XXXXXX";
+    if (mkdtemp(folder.data()) == nullptr)
+        return Problem{"cannot make a folder in " + folders_.runtime + ": " +
+                       std::generic_category().message(errno) + "; free space there"};
+    return folder;
+}
+
+Spool::~Spool()
+{
+    std::error_code ignored;
+    if (art_is_safe_ || !std::filesystem::exists(art(), ignored))
+        std::filesystem::remove_all(folder_, ignored);
+}
+
+std::string without_program_name(const std::string& said)
+{
+    constexpr std::string_view kName = "vant-host: ";
+    std::istringstream lines(said);
+    std::string text;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.compare(0, kName.size(), kName) == 0)
+            line.erase(0, kName.size());
+        text += text.empty() ? line : "\n" + line;
+    }
+    return text;
+}
+
+} // namespace vnt::host

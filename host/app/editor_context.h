@@ -1,0 +1,82 @@
+// What the commands that work inside the editor have in common: who started them, where they keep things, and how
+// they speak to the user.
+//
+// Everything on standard error makes the editor open a dialog, and hangs a batch run of it, which nobody dismisses. So
+// standard error leads to the log, and what the user is to read goes through tell().
+#pragma once
+
+#include "host/editor/art_store.h"
+#include "host/editor/descriptor.h"
+#include "host/editor/editor_process.h"
+#include "host/editor/log_file.h"
+#include "host/editor/user_folders.h"
+#include "host/kit/result.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace vnt::host {
+
+class EditorContext {
+public:
+    // Finds the editor that reads our standard output, makes this user's folders, and leads standard error to the log.
+    //
+    // Errors: no folder to keep things in.
+    static Result<std::unique_ptr<EditorContext>> enter();
+
+    // For a process that the editor does not read any more: what it says goes to the log alone.
+    static Result<std::unique_ptr<EditorContext>> enter_detached(pid_t editor);
+
+    const UserFolders& folders() const { return folders_; }
+    const LogFile& log() const { return log_; }
+    const ArtStore& art() const { return art_; }
+    const std::optional<EditorProcess>& editor() const { return editor_; }
+
+    // Nobody reads a dialog.
+    bool is_batch() const { return editor_ && editor_->is_batch; }
+
+    // The user reads this in the editor's dialog, or on the terminal; in a batch run it is in the log alone.
+    void tell(const std::string& text) const;
+
+    // The document's file as the editor names it; empty when it was never saved.
+    static std::string document_path();
+
+    std::string lock_path() const { return folders_.runtime + "/sketch.lock"; }
+
+    // A new folder for the work of one sketch, of this process's number.
+    Result<std::string> make_spool() const;
+
+private:
+    EditorContext(UserFolders folders, std::optional<EditorProcess> editor);
+
+    UserFolders folders_;
+    LogFile log_;
+    ArtStore art_;
+    std::optional<EditorProcess> editor_;
+    Descriptor voice_; // standard error as it was
+};
+
+// The folder and all that is in it, taken away at the end; but not while it holds the only copy of a sketch.
+class Spool {
+public:
+    explicit Spool(std::string folder) : folder_(std::move(folder)) {}
+    Spool(const Spool&) = delete;
+    Spool& operator=(const Spool&) = delete;
+    ~Spool();
+
+    std::string file(const char* name) const { return folder_ + "/" + name; }
+    std::string art() const { return file("art.svg"); }
+
+    // The sketch, if there is one, is somewhere else as well.
+    void art_is_safe() { art_is_safe_ = true; }
+
+private:
+    std::string folder_;
+    bool art_is_safe_ = false;
+};
+
+// The texts of a run of this program, for people: without the program's name in front of each line.
+std::string without_program_name(const std::string& said);
+
+} // namespace vnt::host

@@ -1,0 +1,33 @@
+// One run of the plug-in for the editor, in a process of its own.
+#pragma once
+
+#include "host/app/editor_context.h"
+#include "host/app/editor_options.h"
+#include "host/kit/result.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vnt::host {
+
+struct EditorRun {
+    int status = 0;   // vant-host run's
+    std::string said; // on standard error; of a run that failed, what is for the user
+    std::optional<KeptArt>
+        art; // none: nothing was drawn. There may be some even when the run failed behind it
+};
+
+// The command that starts the sketch application when none listens: the one that was asked for, else vant-sketch when it
+// is installed. Empty when there is none.
+std::string launch_command(const EditorOptions& options);
+
+// The words for a user who has no sketch application.
+std::string no_sketch_application();
+
+// Runs the plug-in on the spool's document.svg, with result.svg and art.svg as its results. The art gets its mark:
+// that of the document as it was at the start, and of the editor that it was drawn for.
+Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptions& options,
+                                 const Spool& spool, const std::vector<std::string>& more_arguments);
+
+} // namespace vnt::host

@@ -1,0 +1,175 @@
+#include "host/app/extension_command.h"
+
+#include "host/app/editor_context.h"
+#include "host/app/editor_run.h"
+#include "host/app/own_program.h"
+#include "host/app/standard_output.h"
+#include "host/editor/sketch_lock.h"
+#include "tools/program/whole_file.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+namespace vnt::host {
+namespace {
+
+using program::ExitStatus;
+using program::kFailed;
+
+bool has_session_bus()
+{
+    const auto is_set = [](const char* name) {
+        const char* const value = std::getenv(name);
+        return value != nullptr && *value != '\0';
+    };
+    if (is_set("DBUS_SESSION_BUS_ADDRESS"))
+        return true;
+    std::error_code error;
+    return is_set("XDG_RUNTIME_DIR") &&
+           std::filesystem::exists(std::string(std::getenv("XDG_RUNTIME_DIR")) + "/bus", error);
+}
+
+ExitStatus fail(const EditorContext& context, const std::string& text)
+{
+    context.tell(text);
+    return kFailed;
+}
+
+// A sketch that goes on already: brings it to the front, where it can be, and says so.
+ExitStatus point_to_the_running_one(const EditorContext& context, const EditorOptions& options)
+{
+    const std::optional<LockHolder> holder = SketchLock::holder(context.lock_path());
+    const std::string document =
+        holder && !holder->document.empty() ? " for " + holder->document : std::string();
+    // A second start of the sketch application brings its window up.
+    const std::string launch = launch_command(options);
+    if (!launch.empty() && !context.is_batch()) [[maybe_unused]]
+        const int status = std::system(("(" + launch + ") </dev/null >/dev/null 2>&1 &").c_str());
+    return fail(context, "A sketch is going on in VANT already" + document +
+                             ". Finish it there with Send, or cancel it, and choose Start VANT again.");
+}
+
+// Tells once of each art that waits to be placed.
+void offer_kept_art(const EditorContext& context)
+{
+    const std::vector<std::string> kept = context.art().ids();
+    const std::string note = context.folders().data + "/offered";
+    std::string offered;
+    if (kept.empty() || (!program::read_whole_file(note, offered) && kept.back() <= offered))
+        return;
+    if (program::write_whole_file(note, kept.back()))
+        context.log().add("cannot write " + note);
+    context.tell("A sketch that could not be placed is kept (" + context.art().path_of(kept.back()) +
+                 "). Extensions > View Utilities > Place VANT sketch puts it into the current layer.");
+}
+
+ExitStatus start_agent(const EditorContext& context, const EditorOptions& options, SketchLock& lock)
+{
+    const Result<std::string> folder = context.make_spool();
+    if (const auto* problem = std::get_if<Problem>(&folder))
+        return fail(context, "Start VANT failed: " + problem->sentence);
+    const std::string& spool = std::get<std::string>(folder);
+    std::error_code error;
+    std::filesystem::copy_file(options.document, spool + "/document.svg", error);
+    if (error) {
+        const Spool unused(spool);
+        return fail(context, "Start VANT failed: cannot copy " + options.document + ": " + error.message());
+    }
+    std::vector<std::string> arguments = {"agent", spool, "--lock", std::to_string(lock.descriptor())};
+    if (context.editor())
+        arguments.insert(arguments.end(), {"--editor", std::to_string(context.editor()->pid)});
+    if (options.launch)
+        arguments.insert(arguments.end(), {"--launch", *options.launch});
+    if (options.plugin)
+        arguments.insert(arguments.end(), {"--plugin", *options.plugin});
+    const Result<pid_t> agent = start_own_program(arguments, lock.descriptor());
+    if (const auto* problem = std::get_if<Problem>(&agent)) {
+        const Spool unused(spool);
+        return fail(context, "Start VANT failed: " + problem->sentence);
+    }
+    return program::kDone;
+}
+
+// Where it cannot be kept, it stays where it is, and the user is told where that is.
+bool try_keep(const EditorContext& context, Spool& spool, const KeptArt& art)
+{
+    const Result<std::string> kept = context.art().keep(art);
+    if (const auto* problem = std::get_if<Problem>(&kept)) {
+        context.tell("The sketch could not be placed: " + problem->sentence + ". It is in " + spool.art() +
+                     ".");
+        return false;
+    }
+    spool.art_is_safe();
+    return true;
+}
+
+// Keeps the art first: whatever becomes of the output, nothing is lost.
+ExitStatus print_result(const EditorContext& context, Spool& spool, const KeptArt& art)
+{
+    if (!try_keep(context, spool, art))
+        return kFailed;
+    std::string document;
+    if (const std::error_code error = program::read_whole_file(spool.file("result.svg"), document))
+        return fail(context, "Start VANT failed: cannot read its result: " + error.message());
+    if (!try_print_document(document))
+        return fail(context,
+                    "Start VANT failed: the editor did not take the document. The sketch is kept: choose "
+                    "Extensions > View Utilities > Place VANT sketch.");
+    if (const auto problem = context.art().mark_placed(art.id))
+        context.log().add(problem->sentence);
+    return program::kDone;
+}
+
+ExitStatus run_and_wait(const EditorContext& context, const EditorOptions& options)
+{
+    const Result<std::string> folder = context.make_spool();
+    if (const auto* problem = std::get_if<Problem>(&folder))
+        return fail(context, "Start VANT failed: " + problem->sentence);
+    Spool spool(std::get<std::string>(folder));
+    std::error_code error;
+    std::filesystem::copy_file(options.document, spool.file("document.svg"), error);
+    if (error)
+        return fail(context, "Start VANT failed: cannot copy " + options.document + ": " + error.message());
+    const Result<EditorRun> ran = run_for_editor(context, options, spool, {});
+    if (const auto* problem = std::get_if<Problem>(&ran))
+        return fail(context, "Start VANT failed: " + problem->sentence);
+    const auto& run = std::get<EditorRun>(ran);
+    if (run.status != program::kDone) {
+        context.tell(run.said);
+        if (run.art && try_keep(context, spool, *run.art))
+            context.tell("The sketch is kept: Extensions > View Utilities > Place VANT sketch places it.");
+        return static_cast<ExitStatus>(run.status);
+    }
+    if (!run.said.empty())
+        context.log().add(run.said);
+    if (!run.art) {
+        context.log().add("nothing was drawn");
+        return program::kDone;
+    }
+    return print_result(context, spool, *run.art);
+}
+
+} // namespace
+
+ExitStatus extension_command(const EditorOptions& options)
+{
+    const auto entered = EditorContext::enter();
+    if (std::holds_alternative<Problem>(entered))
+        return kFailed; // without a folder there is neither a log nor a place to keep a sketch
+    const EditorContext& context = *std::get<0>(entered);
+    Result<std::optional<SketchLock>> lock = SketchLock::try_lock(context.lock_path());
+    if (const auto* problem = std::get_if<Problem>(&lock))
+        return fail(context, "Start VANT failed: " + problem->sentence);
+    auto& held = std::get<std::optional<SketchLock>>(lock);
+    if (!held)
+        return point_to_the_running_one(context, options);
+    held->sign(EditorContext::document_path());
+    if (options.wait || context.is_batch() || !context.editor() || !has_session_bus())
+        return run_and_wait(context, options);
+    offer_kept_art(context);
+    return start_agent(context, options, *held);
+}
+
+} // namespace vnt::host
