@@ -9,3 +9,7 @@ export(EXPORT vnt NAMESPACE vnt:: FILE ${PROJECT_BINARY_DIR}/vntTargets.cmake)
 install(EXPORT vnt NAMESPACE vnt:: FILE vntTargets.cmake DESTINATION ${package_dir} COMPONENT dev)
 install(FILES ${PROJECT_BINARY_DIR}/vntConfig.cmake ${PROJECT_BINARY_DIR}/vntConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT dev)
+
+if(PROJECT_IS_TOP_LEVEL AND UNIX AND NOT APPLE)
+  include(cmake/VntPackages.cmake)
+endif()

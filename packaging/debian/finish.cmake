@@ -1,0 +1,26 @@
+# What Debian asks of a package besides the project's own files; CPack runs this on the installed folders.
+function(run)
+  execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+set(strip ${CPACK_VNT_STRIP} --remove-section=.comment --remove-section=.note)
+file(GLOB folders LIST_DIRECTORIES true ${CPACK_TEMPORARY_DIRECTORY}/vant-*)
+foreach(folder IN LISTS folders)
+  cmake_path(GET folder FILENAME package)
+  set(share ${folder}${CPACK_PACKAGING_INSTALL_PREFIX}/share)
+  file(COPY ${CMAKE_CURRENT_LIST_DIR}/copyright ${CMAKE_CURRENT_LIST_DIR}/changelog DESTINATION ${share}/doc/${package}
+    FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+  file(RENAME ${share}/doc/${package}/changelog ${share}/doc/${package}/changelog.Debian)
+  file(GLOB pages ${share}/man/man?/*)
+  run(gzip -9nf ${share}/doc/${package}/changelog.Debian ${pages})
+
+  file(GLOB programs ${folder}${CPACK_PACKAGING_INSTALL_PREFIX}/bin/*)
+  file(GLOB_RECURSE bundles ${folder}/*.so)
+  foreach(file IN LISTS programs bundles)
+    run(${strip} ${file})
+  endforeach()
+  file(GLOB_RECURSE archives ${folder}/*.a)
+  foreach(archive IN LISTS archives)
+    run(${strip} --strip-debug --enable-deterministic-archives ${archive})
+  endforeach()
+endforeach()

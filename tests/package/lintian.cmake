@@ -1,0 +1,20 @@
+# Whether lintian finds an error in the packages that debian.cmake has made.
+find_program(lintian lintian)
+if(NOT lintian)
+  message("skipped: lintian is missing (Debian: lintian)")
+  return()
+endif()
+if(SANITIZE)
+  message("skipped: programs with a sanitizer in them are not for packages")
+  return()
+endif()
+file(GLOB packages ${WORK}/*.deb)
+if(NOT packages)
+  message("skipped: there are no packages") # debian.cmake has said why
+  return()
+endif()
+execute_process(COMMAND ${lintian} --allow-root --fail-on error ${packages}
+  OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "exit status ${status}\n${output}")
+endif()
