@@ -1,0 +1,150 @@
+#include "sketch/core/resampling.h"
+
+#include <algorithm>
+
+namespace vnt::sketch {
+namespace {
+
+// Of the path's length; a piece at an end that is longer was meant.
+constexpr double kLongestHook = 0.04;
+
+// Radians; a hook turns off more sharply than this. Less is the beginning of a curve.
+constexpr double kHookTurn = 75 * kPi / 180;
+
+// Samples for looking for hooks: a hook of the greatest length has about eight.
+constexpr std::size_t kHookSamples = 128;
+
+// Of the path's length; a longer step is one of a fast mouse, with less than a corner's worth of points about
+// it.
+constexpr double kLongStep = 1.0 / 32;
+
+// Radians; a path that turns by more at a point has a corner there, however few points it has.
+constexpr double kSharpTurn = 60 * kPi / 180;
+
+constexpr int kAddedPoints = 4; // in a long step
+
+// Along points, from wherever the caller likes: the place at a distance from the start, which only grows.
+class Walker {
+public:
+    explicit Walker(const Path& points) : points_(points) {}
+
+    Vec2 at(double wanted)
+    {
+        while (next_ + 1 < points_.size() && passed_ + step() < wanted) {
+            passed_ += step();
+            ++next_;
+        }
+        const double size = step();
+        const double t = size > 0 ? std::clamp((wanted - passed_) / size, 0.0, 1.0) : 0;
+        return points_[next_ - 1] + t * (points_[next_] - points_[next_ - 1]);
+    }
+
+private:
+    double step() const { return distance(points_[next_ - 1], points_[next_]); }
+
+    const Path& points_;
+    std::size_t next_ = 1;
+    double passed_ = 0;
+};
+
+Path spread(const Path& points, std::size_t count, std::size_t steps)
+{
+    const double whole = path_length(points);
+    if (points.size() < 2 || !(whole > 0))
+        return points.empty() ? Path{} : Path{points.front()};
+    Path even;
+    even.reserve(count);
+    Walker walker(points);
+    for (std::size_t i = 0; i < count; ++i)
+        even.push_back(walker.at(whole * static_cast<double>(i) / static_cast<double>(steps)));
+    return even;
+}
+
+// How many samples at the beginning belong to a hook; 0: there is none.
+std::size_t hook_at_start(const Path& even)
+{
+    const auto longest = static_cast<std::size_t>(kLongestHook * static_cast<double>(even.size()));
+    for (std::size_t i = longest; i >= 1; --i) {
+        // The hook as a whole against what follows it, over the same length.
+        const Vec2 hook = even[i] - even[0];
+        const Vec2 rest = even[std::min(i + longest, even.size() - 1)] - even[i];
+        const Vec2 before = even[i] - even[i - 1];
+        const Vec2 after = even[i + 1] - even[i];
+        const bool turns_here = std::abs(turn_between(before, after)) > kHookTurn / 2;
+        if (turns_here && std::abs(turn_between(hook, rest)) > kHookTurn)
+            return i;
+    }
+    return 0;
+}
+
+} // namespace
+
+Path resample(const Path& path, std::size_t count)
+{
+    Path even = spread(path, count, count - 1);
+    if (even.size() > 1)
+        even.back() = path.back();
+    return even;
+}
+
+Path resample_closed(const Path& path, std::size_t count)
+{
+    Path around = path;
+    if (!around.empty())
+        around.push_back(path.front());
+    return spread(around, count, count);
+}
+
+Path without_hooks(const Path& path)
+{
+    Path even = resample(path, kHookSamples);
+    if (even.size() < kHookSamples)
+        return path;
+    const std::size_t first = hook_at_start(even);
+    std::reverse(even.begin(), even.end());
+    const std::size_t last = hook_at_start(even);
+    if (first == 0 && last == 0)
+        return path;
+    std::reverse(even.begin(), even.end());
+    return {even.begin() + static_cast<std::ptrdiff_t>(first),
+            even.end() - static_cast<std::ptrdiff_t>(last)};
+}
+
+Path with_long_steps_rounded(const Path& path)
+{
+    const std::size_t n = path.size();
+    if (n < 3)
+        return path;
+    const double longest = kLongStep * path_length(path);
+    // The arm of a step at one of its points, by how the path goes on behind the point.
+    const auto arm = [&](std::size_t at, Vec2 step, std::size_t before, std::size_t after) {
+        const Vec2 in = path[at] - path[before];
+        const Vec2 out = path[after] - path[at];
+        const bool is_bend = std::abs(turn_between(in, out)) <= kSharpTurn;
+        return is_bend ? length(step) * unit(unit(in) + unit(out)) : step;
+    };
+    // At the path's ends as much to the other side: the step bends evenly.
+    const auto mirrored = [](Vec2 other, Vec2 step) {
+        return (2 * dot(other, step) / dot(step, step)) * step - other;
+    };
+    Path rounded{path.front()};
+    for (std::size_t i = 0; i + 1 < n; ++i) {
+        const Vec2 step = path[i + 1] - path[i];
+        if (length(step) > longest) {
+            Vec2 first = i > 0 ? arm(i, step, i - 1, i + 1) : Vec2{};
+            const Vec2 second = i + 2 < n ? arm(i + 1, step, i, i + 2) : mirrored(first, step);
+            if (i == 0)
+                first = mirrored(second, step);
+            for (int k = 1; k <= kAddedPoints; ++k) {
+                const double t = static_cast<double>(k) / (kAddedPoints + 1);
+                const double s = 1 - t; // Hermite's weights
+                rounded.push_back(path[i] + (t * t * (3 - 2 * t)) * step + (t * s * s) * first -
+                                  (t * t * s) * second);
+            }
+        }
+        rounded.push_back(path[i + 1]);
+    }
+    return rounded;
+}
+
+} // namespace vnt::sketch
