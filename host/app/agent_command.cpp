@@ -31,7 +31,8 @@ public:
 
     ExitStatus work()
     {
-        const Result<EditorRun> ran = run_for_editor(context_, options_, spool_, live_arguments());
+        const Result<EditorRun> ran =
+            run_for_editor(context_, options_, spool_, Wanted::art, live_arguments());
         if (const auto* problem = std::get_if<Problem>(&ran))
             return give_up("Start VANT failed: " + problem->sentence, kFailed);
         const auto& run = std::get<EditorRun>(ran);

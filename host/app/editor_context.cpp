@@ -1,5 +1,8 @@
 #include "host/app/editor_context.h"
 
+#include "host/editor/kept_art.h"
+#include "tools/program/whole_file.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -10,6 +13,9 @@
 
 namespace vnt::host {
 namespace {
+
+constexpr const char* kSpoolStart = "/sketch-";
+constexpr std::string_view kName = "vant-host: ";
 
 Result<UserFolders> folders_of_this_user()
 {
@@ -48,13 +54,13 @@ Result<std::unique_ptr<EditorContext>> EditorContext::enter()
     return context;
 }
 
-Result<std::unique_ptr<EditorContext>> EditorContext::enter_detached(pid_t editor)
+Result<std::unique_ptr<EditorContext>> EditorContext::enter_detached(const std::string& editor)
 {
     Result<UserFolders> folders = folders_of_this_user();
     if (const auto* problem = std::get_if<Problem>(&folders))
         return *problem;
     std::unique_ptr<EditorContext> context(
-        new EditorContext(std::get<UserFolders>(std::move(folders)), look_at_process(editor)));
+        new EditorContext(std::get<UserFolders>(std::move(folders)), find_named_editor(editor)));
     lead_standard_error_to(context->log_);
     return context;
 }
@@ -77,11 +83,38 @@ std::string EditorContext::document_path()
 
 Result<std::string> EditorContext::make_spool() const
 {
-    std::string folder = folders_.runtime + "/sketch-XXXXXX";
+    std::string folder = folders_.runtime + kSpoolStart + "XXXXXX";
     if (mkdtemp(folder.data()) == nullptr)
         return Problem{"cannot make a folder in " + folders_.runtime + ": " +
                        std::generic_category().message(errno) + "; free space there"};
     return folder;
+}
+
+void EditorContext::take_in_strays() const
+{
+    std::error_code error;
+    std::filesystem::directory_iterator entry(folders_.runtime, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::string path = entry->path().string();
+        if (path.compare(folders_.runtime.size(), std::string_view(kSpoolStart).size(), kSpoolStart) != 0)
+            continue;
+        Spool stray(path);
+        std::string bytes;
+        if (program::read_whole_file(stray.art(), bytes))
+            continue; // none, and then the folder goes
+        const Result<KeptArt> art = read_kept_art(stray.art(), std::move(bytes));
+        if (const auto* problem = std::get_if<Problem>(&art)) {
+            log_.add(problem->sentence);
+            continue;
+        }
+        const Result<std::string> kept = art_.keep(std::get<KeptArt>(art));
+        if (const auto* problem = std::get_if<Problem>(&kept)) {
+            log_.add(problem->sentence);
+            continue;
+        }
+        stray.art_is_safe();
+        log_.add("kept " + std::get<std::string>(kept) + ", which an ended process has left behind");
+    }
 }
 
 Spool::~Spool()
@@ -91,9 +124,13 @@ Spool::~Spool()
         std::filesystem::remove_all(folder_, ignored);
 }
 
+bool is_own_line(std::string_view line)
+{
+    return line.starts_with(kName) && !line.substr(kName.size()).starts_with("note: ");
+}
+
 std::string without_program_name(const std::string& said)
 {
-    constexpr std::string_view kName = "vant-host: ";
     std::istringstream lines(said);
     std::string text;
     for (std::string line; std::getline(lines, line);) {

@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace vnt::host {
 
@@ -25,8 +26,9 @@ public:
     // Errors: no folder to keep things in.
     static Result<std::unique_ptr<EditorContext>> enter();
 
-    // For a process that the editor does not read any more: what it says goes to the log alone.
-    static Result<std::unique_ptr<EditorContext>> enter_detached(pid_t editor);
+    // For a process that the editor does not read any more: what it says goes to the log alone. Without an editor when
+    // there is none of that name (editor_name) any more.
+    static Result<std::unique_ptr<EditorContext>> enter_detached(const std::string& editor);
 
     const UserFolders& folders() const { return folders_; }
     const LogFile& log() const { return log_; }
@@ -44,8 +46,13 @@ public:
 
     std::string lock_path() const { return folders_.runtime + "/sketch.lock"; }
 
-    // A new folder for the work of one sketch, of this process's number.
+    // A new folder for the work of one sketch.
     Result<std::string> make_spool() const;
+
+    // Keeps the art of processes that were ended before they could, and takes their folders away.
+    //
+    // When: with the lock of a sketch, so that none of them still runs.
+    void take_in_strays() const;
 
 private:
     EditorContext(UserFolders folders, std::optional<EditorProcess> editor);
@@ -78,5 +85,7 @@ private:
 
 // The texts of a run of this program, for people: without the program's name in front of each line.
 std::string without_program_name(const std::string& said);
+// Whether this program says so of what it does, and not in a note, nor another program on the same standard error.
+bool is_own_line(std::string_view line);
 
 } // namespace vnt::host

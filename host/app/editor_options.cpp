@@ -22,6 +22,8 @@ bool take_extension(Arguments& arguments, EditorOptions& options)
         options.launch = arguments.value("the command that starts the sketch application");
     else if (option == "--plugin")
         options.plugin = arguments.value("the plug-in to load");
+    else if (option == "--timeout")
+        options.timeout = arguments.seconds();
     else if (option == "--id" || option == "--selected-nodes")
         arguments.value("an object of the document");
     else
@@ -54,7 +56,7 @@ bool take_agent(Arguments& arguments, EditorOptions& options)
     if (option == "--lock")
         options.lock = arguments.number<int>("a descriptor");
     else if (option == "--editor")
-        options.editor = arguments.number<int>("the number of a process");
+        options.editor = arguments.value("the name of an editor");
     else if (option == "--launch")
         options.launch = arguments.value("the command that starts the sketch application");
     else if (option == "--plugin")

@@ -5,6 +5,7 @@
 
 #include "tools/program/problem.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,17 +19,18 @@ struct EditorOptions {
     EditorCommand command = EditorCommand::help;
     std::string subject; // of help
 
-    std::string document; // extension, place: the document as the editor gives it
-    bool wait = false;    // extension: the editor is to wait for the figure
+    std::string document;                            // extension, place: the document as the editor gives it
+    bool wait = false;                               // extension: the editor is to wait for the figure
+    std::optional<std::chrono::nanoseconds> timeout; // extension: of the wait
     std::optional<std::string> launch;
     std::optional<std::string> plugin;
 
     std::optional<std::string> out; // place: without it the editor is asking, and reads standard output
     std::optional<std::string> art;
 
-    std::string spool; // agent: the folder of its work
-    int lock = -1;     // the descriptor that holds the lock
-    int editor = 0;    // its process
+    std::string spool;  // agent: the folder of its work
+    int lock = -1;      // the descriptor that holds the lock
+    std::string editor; // its name, as of editor_name
 
     bool user = false; // install, uninstall
 };

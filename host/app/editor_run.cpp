@@ -106,20 +106,30 @@ void replace_all(std::string& text, const std::string& what, const std::string& 
         text.replace(at, what.size(), by);
 }
 
-// Of what a run says when it fails its last line is for the user, without the names of our own files; what stands
-// before it is for the log.
-std::string reason_for_user(const EditorContext& context, const Spool& spool, std::string said, int status)
+// Of what a run says when it fails its own last line is for the user, without the names of our own files; the rest is for
+// the log. Behind it may stand what a sketch application says that it has started.
+std::string reason_for_user(const EditorContext& context, const Spool& spool, const std::string& said,
+                            int status)
 {
-    replace_all(said, spool.file("result.svg") + " was not made", "the drawing is as it was");
-    replace_all(said, spool.file("document.svg"), "the drawing");
-    if (const std::size_t last = said.rfind('\n'); last != said.npos) {
-        context.log().add(std::string_view(said).substr(0, last));
-        said.erase(0, last + 1);
+    std::string reason;
+    std::string rest;
+    std::istringstream lines(said);
+    for (std::string line; std::getline(lines, line);) {
+        if (is_own_line(line))
+            line.swap(reason);
+        if (!line.empty())
+            rest += line + "\n";
     }
-    if (said.empty())
+    if (!rest.empty())
+        context.log().add(without_program_name(rest));
+    reason = without_program_name(reason);
+    if (reason.empty())
         return "Start VANT failed: the process of the plug-in ended with status " + std::to_string(status) +
                "; the drawing is as it was; try again";
-    return said;
+    for (const char* const made : {"result.svg", "art.svg"})
+        replace_all(reason, spool.file(made) + " was not made", "the drawing is as it was");
+    replace_all(reason, spool.file("document.svg"), "the drawing");
+    return reason;
 }
 
 } // namespace
@@ -140,7 +150,8 @@ std::string no_sketch_application()
 }
 
 Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptions& options,
-                                 const Spool& spool, const std::vector<std::string>& more_arguments)
+                                 const Spool& spool, Wanted wanted,
+                                 const std::vector<std::string>& more_arguments)
 {
     EditorRun run;
     const std::string launch = launch_command(options);
@@ -150,8 +161,9 @@ Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptio
         return run;
     }
     const Start start = look_at_start(context, spool);
-    std::vector<std::string> arguments = {
-        "run", spool.file("document.svg"), "-o", spool.file("result.svg"), "--art", spool.art()};
+    std::vector<std::string> arguments = {"run", spool.file("document.svg"), "--art", spool.art()};
+    if (wanted == Wanted::art_and_document)
+        arguments.insert(arguments.end(), {"-o", spool.file("result.svg")});
     // A command of the user's own is left as it is: what options it knows is not known here.
     if (!launch.empty())
         arguments.insert(
@@ -164,9 +176,9 @@ Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptio
     if (const auto* problem = std::get_if<Problem>(&finished))
         return *problem;
     run.status = std::get<Finished>(finished).status;
-    run.said = without_program_name(std::get<Finished>(finished).said);
-    if (run.status != program::kDone)
-        run.said = reason_for_user(context, spool, std::move(run.said), run.status);
+    const std::string& said = std::get<Finished>(finished).said;
+    run.said = run.status == program::kDone ? without_program_name(said)
+                                            : reason_for_user(context, spool, said, run.status);
     Result<std::optional<KeptArt>> art = read_art(spool.art());
     if (const auto* problem = std::get_if<Problem>(&art))
         return *problem;

@@ -25,9 +25,12 @@ std::string launch_command(const EditorOptions& options);
 // The words for a user who has no sketch application.
 std::string no_sketch_application();
 
-// Runs the plug-in on the spool's document.svg, with result.svg and art.svg as its results. The art gets its mark:
-// that of the document as it was at the start, and of the editor that it was drawn for.
+enum class Wanted { art, art_and_document };
+
+// Runs the plug-in on the spool's document.svg, with art.svg as its result, and result.svg where a document is wanted.
+// The art gets its mark: that of the document as it was at the start, and of the editor that it was drawn for.
 Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptions& options,
-                                 const Spool& spool, const std::vector<std::string>& more_arguments);
+                                 const Spool& spool, Wanted wanted,
+                                 const std::vector<std::string>& more_arguments);
 
 } // namespace vnt::host

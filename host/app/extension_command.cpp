@@ -18,6 +18,9 @@ namespace {
 using program::ExitStatus;
 using program::kFailed;
 
+// Far more than a program needs that answers by itself, for which batch runs are. VANT_TIMEOUT is another time.
+constexpr const char* kBatchSeconds = "600";
+
 bool has_session_bus()
 {
     const auto is_set = [](const char* name) {
@@ -79,7 +82,7 @@ ExitStatus start_agent(const EditorContext& context, const EditorOptions& option
     }
     std::vector<std::string> arguments = {"agent", spool, "--lock", std::to_string(lock.descriptor())};
     if (context.editor())
-        arguments.insert(arguments.end(), {"--editor", std::to_string(context.editor()->pid)});
+        arguments.insert(arguments.end(), {"--editor", editor_name(*context.editor())});
     if (options.launch)
         arguments.insert(arguments.end(), {"--launch", *options.launch});
     if (options.plugin)
@@ -122,6 +125,19 @@ ExitStatus print_result(const EditorContext& context, Spool& spool, const KeptAr
     return program::kDone;
 }
 
+// Nobody is there to end a batch run, so it ends by itself.
+std::vector<std::string> limit_of(const EditorContext& context, const EditorOptions& options)
+{
+    if (options.timeout) {
+        const std::chrono::duration<double> seconds = *options.timeout;
+        return std::vector<std::string>{"--timeout", std::to_string(seconds.count())};
+    }
+    if (!context.is_batch())
+        return std::vector<std::string>();
+    const char* const set = std::getenv("VANT_TIMEOUT");
+    return std::vector<std::string>{"--timeout", set == nullptr || *set == '\0' ? kBatchSeconds : set};
+}
+
 ExitStatus run_and_wait(const EditorContext& context, const EditorOptions& options)
 {
     const Result<std::string> folder = context.make_spool();
@@ -132,7 +148,8 @@ ExitStatus run_and_wait(const EditorContext& context, const EditorOptions& optio
     std::filesystem::copy_file(options.document, spool.file("document.svg"), error);
     if (error)
         return fail(context, "Start VANT failed: cannot copy " + options.document + ": " + error.message());
-    const Result<EditorRun> ran = run_for_editor(context, options, spool, {});
+    const Result<EditorRun> ran =
+        run_for_editor(context, options, spool, Wanted::art_and_document, limit_of(context, options));
     if (const auto* problem = std::get_if<Problem>(&ran))
         return fail(context, "Start VANT failed: " + problem->sentence);
     const auto& run = std::get<EditorRun>(ran);
@@ -166,6 +183,7 @@ ExitStatus extension_command(const EditorOptions& options)
     if (!held)
         return point_to_the_running_one(context, options);
     held->sign(EditorContext::document_path());
+    context.take_in_strays();
     if (options.wait || context.is_batch() || !context.editor() || !has_session_bus())
         return run_and_wait(context, options);
     offer_kept_art(context);

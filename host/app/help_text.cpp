@@ -48,7 +48,8 @@ application has to listen on 127.0.0.1:4910.
   --trace FILE          write each call that the plug-in makes of the host, one
                         JSON object a line
   --art FILE            write the new paths by themselves as well, for vant-host
-                        place; not made when nothing was drawn
+                        place; not made when nothing was drawn. Without -o no
+                        document is written
   --launch COMMAND      start the sketch application with this command when
                         nothing listens on the port, and wait until it does
   --timeout SECONDS     end the whole command after this time (default: never)
@@ -132,6 +133,8 @@ In a batch run, and where there is no session bus, it waits itself and prints
 the document with the sketch in it.
 
   --wait                wait in any case
+  --timeout SECONDS     when it waits, wait this long (default: for ever; in a
+                        batch run 600, or what VANT_TIMEOUT says)
   --launch COMMAND      start the sketch application with this command when none
                         listens (default: vant-sketch, where it is installed)
   --plugin FILE         another plug-in than the one beside this program

@@ -131,7 +131,7 @@ void check_run(const Arguments& arguments, const Options& options)
 {
     if (options.artwork.empty())
         arguments.refuse("no artwork to work on", "name it, as in vant-host run drawing.svg -o result.svg");
-    if (options.out.empty())
+    if (options.out.empty() && !options.art)
         arguments.refuse("no file to write", "name it with -o FILE, which may be the artwork itself");
     if (options.grid && options.no_grid)
         arguments.refuse("cannot use both --grid and --no-grid", "leave one out");

@@ -27,7 +27,7 @@ struct Options {
     std::string subject; // of help: the command that is asked about, or empty
 
     // run and draw
-    std::string out;
+    std::string out; // empty in a run that writes art alone
     std::optional<std::string> trace;
     std::optional<std::chrono::nanoseconds> timeout;
     std::optional<std::uint64_t> memory; // bytes

@@ -159,22 +159,34 @@ std::optional<program::Problem> write_art(const Options& options, const SvgDocum
     return std::nullopt;
 }
 
+// A run that writes no document.
+ExitStatus tell_of_art(const Options& options, std::size_t paths, const Console& console)
+{
+    disarm_deadline();
+    const bool is_made = paths > 0;
+    return tell_done(console, *options.art + (is_made ? ": " + std::to_string(paths) +
+                                                            (paths == 1 ? " new path\n" : " new paths\n")
+                                                      : " was not made: nothing was drawn\n"));
+}
+
 } // namespace
 
 ExitStatus run_command(const Options& options, Time start, const Console& console)
 {
-    const std::string unharmed = unharmed_clause(options.out);
+    const bool is_art_alone = options.out.empty();
+    const std::string& made = is_art_alone ? *options.art : options.out;
+    const std::string unharmed = unharmed_clause(made);
     const std::optional<Time> deadline = deadline_of(options, start);
     const Deadline limit(options.timeout, unharmed);
     const auto document = read_document(options.artwork, unharmed, console);
     if (const auto* problem = std::get_if<program::Problem>(&document))
         return console.report(*problem);
-    if (options.art &&
-        (is_same_file(*options.art, options.out) || is_same_file(*options.art, options.artwork)))
+    if (options.art && ((!is_art_alone && is_same_file(*options.art, options.out)) ||
+                        is_same_file(*options.art, options.artwork)))
         return console.report({program::kWrongUsage, "cannot write the sketch to " + *options.art +
                                                          ", which the command needs itself; " + unharmed +
                                                          "; name another file with --art"});
-    if (const auto obstacle = find_obstacle(options.out, unharmed))
+    if (const auto obstacle = find_obstacle(made, unharmed))
         return console.report(*obstacle);
     const auto file = find_plugin(options, unharmed);
     if (const auto* problem = std::get_if<program::Problem>(&file))
@@ -186,7 +198,7 @@ ExitStatus run_command(const Options& options, Time start, const Console& consol
     if (options.art)
         mark = mark_of(std::get<0>(document), options.artwork, "");
     keep_some_ids(mark);
-    const auto trace = open_trace(options, {options.artwork, options.out, std::get<0>(file)}, unharmed);
+    const auto trace = open_trace(options, {options.artwork, made, std::get<0>(file)}, unharmed);
     if (const auto* problem = std::get_if<program::Problem>(&trace))
         return console.report(*problem);
     if (const auto problem = launch(options, deadline, unharmed))
@@ -197,6 +209,8 @@ ExitStatus run_command(const Options& options, Time start, const Console& consol
         return console.report(*problem);
     if (const auto problem = write_art(options, std::get<0>(document), mark, std::get<0>(paths), unharmed))
         return console.report(*problem);
+    if (is_art_alone)
+        return tell_of_art(options, std::get<0>(paths).size(), console);
     return write_drawing(std::get<0>(document), std::get<0>(paths), options,
                          "nothing was drawn; an unchanged copy of " + options.artwork, console);
 }

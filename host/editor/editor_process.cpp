@@ -159,6 +159,15 @@ std::string editor_name(const EditorProcess& process)
     return std::to_string(process.pid) + "-" + std::to_string(process.start_time);
 }
 
+std::optional<EditorProcess> find_named_editor(const std::string& name)
+{
+    const auto pid = number_of<pid_t>(std::string_view(name).substr(0, name.find('-')));
+    std::optional<EditorProcess> process = pid ? look_at_process(*pid) : std::nullopt;
+    if (process && editor_name(*process) != name)
+        process.reset();
+    return process;
+}
+
 bool is_running(const EditorProcess& process)
 {
     const std::optional<Stat> stat = read_stat(process.pid);

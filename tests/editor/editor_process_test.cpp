@@ -175,6 +175,23 @@ TEST(EditorProcess, IsNamedByItsNumberAndStart)
     EXPECT_EQ(editor_name(process), "4711-123456");
 }
 
+TEST(EditorProcess, IsFoundByItsNameAndByNoOther)
+{
+    Pipe pipe;
+    Reader reader(pipe);
+    const std::optional<EditorProcess> editor = look_at_process(reader.pid());
+    ASSERT_TRUE(editor);
+    const std::optional<EditorProcess> found = find_named_editor(editor_name(*editor));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->pid, editor->pid);
+    EXPECT_EQ(found->start_time, editor->start_time);
+    EditorProcess earlier = *editor;
+    --earlier.start_time;
+    for (const std::string& other : {editor_name(earlier), std::to_string(editor->pid), std::string("-1"),
+                                     std::string("a-1"), std::string()})
+        EXPECT_FALSE(find_named_editor(other)) << other;
+}
+
 // The name stands in front of the fields that are read, between parentheses.
 TEST(EditorProcess, MayHaveAnyName)
 {

@@ -16,14 +16,15 @@ std::string said(const EditorOptions& options)
             text += std::string(" ") + name + "=" + *value;
     };
     text += options.wait ? " wait" : "";
+    if (options.timeout)
+        text += " ns=" + std::to_string(options.timeout->count());
     add("launch", options.launch);
     add("plugin", options.plugin);
     add("out", options.out);
     add("art", options.art);
     text += options.user ? " user" : "";
     if (!options.spool.empty())
-        text += options.spool + " lock=" + std::to_string(options.lock) +
-                " editor=" + std::to_string(options.editor);
+        text += options.spool + " lock=" + std::to_string(options.lock) + " editor=" + options.editor;
     return text;
 }
 
@@ -43,9 +44,11 @@ const OptionsCase kOptions[] = {
     {"SelectedNodesForPlace", "place", "--id=p --selected-nodes=p:0:2 a.svg", EditorCommand::place, "a.svg"},
     {"Wait", "extension", "--wait --launch vant-sketch --plugin p.so a.svg", EditorCommand::extension,
      "a.svg wait launch=vant-sketch plugin=p.so"},
+    {"ATimeLimit", "extension", "--timeout 0.5 a.svg", EditorCommand::extension, "a.svg ns=500000000"},
     {"AFileToPlaceInto", "place", "a.svg -o b.svg --art c.svg", EditorCommand::place, "a.svg out=b.svg art=c.svg"},
     {"AList", "place", "--list", EditorCommand::list, ""},
-    {"AnAgent", "agent", "spool --lock 7 --editor 4711", EditorCommand::agent, "spool lock=7 editor=4711"},
+    {"AnAgent", "agent", "spool --lock 7 --editor 4711-9", EditorCommand::agent,
+     "spool lock=7 editor=4711-9"},
     {"InstallForAll", "install", "", EditorCommand::install, ""},
     {"UninstallForAUser", "uninstall", "--user", EditorCommand::uninstall, " user"},
     {"Help", "place", "--help", EditorCommand::help, ""},

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -235,6 +236,25 @@ TEST_F(Exchange, CutsArcsToItsPixelsAsARecordedAnswerToItsTolerance)
     EXPECT_EQ(place.content("draw.svg"), place.content("run.svg"));
     ASSERT_EQ(place.run(draw).status, 0);
     EXPECT_NE(place.content("draw.svg"), place.content("run.svg"));
+}
+
+// ---------------------------------------------------------------------------------------- the sketch by itself
+
+TEST_F(Exchange, WritesTheSketchAloneWithoutADocument)
+{
+    EXPECT_EQ(run(place.path("line.xml"), {"DIR/small.svg", "--art", "DIR/art.svg"}),
+              (ProgramEnd{0, "DIR/art.svg: 1 new path\n", ""}));
+    EXPECT_EQ(place.names(), (std::set<std::string>{"art.svg", "line.xml", "small.svg", "trace.jsonl"}));
+    EXPECT_EQ(place.content("small.svg"), kSmallArtwork);
+    EXPECT_EQ(place.run({"place", "DIR/small.svg", "-o", "DIR/out.svg", "--art", "DIR/art.svg"}).status, 0);
+    EXPECT_EQ(place.content("out.svg"), host_app_test::kDrawnArtwork);
+}
+
+TEST_F(Exchange, WritesNoSketchWhenNothingWasDrawn)
+{
+    EXPECT_EQ(run(place.file("nothing.xml", "<vant></vant>\n"), {"DIR/small.svg", "--art", "DIR/art.svg"}),
+              (ProgramEnd{0, "DIR/art.svg was not made: nothing was drawn\n", ""}));
+    EXPECT_FALSE(place.has("art.svg"));
 }
 
 } // namespace

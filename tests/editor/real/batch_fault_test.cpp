@@ -27,12 +27,14 @@ protected:
         desktop->file("answer.xml", kAnswer);
     }
 
-    std::unique_ptr<Process> start_batch(const std::string& command = "org.vant.start") const
+    std::unique_ptr<Process> start_batch(const std::string& command = "org.vant.start",
+                                         const std::string& seconds = "") const
     {
         const auto save = [&](const std::string& name) {
             return "export-filename:" + desktop->path(name) + ";export-do;";
         };
-        return desktop->start({"inkscape", "--app-id-tag=batch", "--batch-process",
+        return desktop->start({"env", "VANT_TIMEOUT=" + seconds, find_program("inkscape"),
+                               "--app-id-tag=batch", "--batch-process",
                                "--actions=" + save("before.svg") + command + ".noprefs;" + save("after.svg"),
                                desktop->path("drawing.svg")},
                               "batch");
@@ -139,6 +141,15 @@ TEST_F(BatchRun, LeavesTheDocumentAsItWasWhenTheSketchApplicationDies)
     EXPECT_EQ(batch->end(), 0);
     expect_nothing_happened();
     EXPECT_EQ(desktop->log(), kClosed);
+}
+
+TEST_F(BatchRun, EndsWhenItsTimeIsUp)
+{
+    const auto peer = start_peer("stall");
+    const auto batch = start_batch("org.vant.start", "2");
+    EXPECT_EQ(batch->end(), 0);
+    expect_nothing_happened();
+    EXPECT_NE(desktop->log().find("the time of --timeout is up"), std::string::npos) << desktop->log();
 }
 
 TEST_F(BatchRun, EndsWithoutASketchApplication)
