@@ -24,15 +24,16 @@ constexpr std::chrono::minutes kPlaceLimit{10};
 
 class Agent {
 public:
-    Agent(const EditorContext& context, const EditorOptions& options, Spool& spool)
-        : context_(context), options_(options), spool_(spool), bus_(SessionBus::connect())
+    Agent(const EditorContext& context, const EditorOptions& options, const SketchLock& lock,
+          const Spool& spool)
+        : context_(context), options_(options), lock_(lock), spool_(spool), bus_(SessionBus::connect())
     {
     }
 
     ExitStatus work()
     {
         const Result<EditorRun> ran =
-            run_for_editor(context_, options_, spool_, Wanted::art, live_arguments());
+            run_for_editor(context_, options_, lock_, spool_, Wanted::art, live_arguments());
         if (const auto* problem = std::get_if<Problem>(&ran))
             return give_up("Start VANT failed: " + problem->sentence, kFailed);
         const auto& run = std::get<EditorRun>(ran);
@@ -159,7 +160,8 @@ private:
 
     const EditorContext& context_;
     const EditorOptions& options_;
-    Spool& spool_;
+    const SketchLock& lock_;
+    const Spool& spool_;
     std::optional<SessionBus> bus_;
 };
 
@@ -167,7 +169,6 @@ private:
 
 ExitStatus agent_command(const EditorOptions& options)
 {
-    Spool spool(options.spool);
     const auto entered = EditorContext::enter_detached(options.editor);
     if (std::holds_alternative<Problem>(entered))
         return kFailed;
@@ -178,8 +179,13 @@ ExitStatus agent_command(const EditorOptions& options)
         return kFailed;
     }
     lock->set_inherited(false);
+    if (!context.is_spool(options.spool)) {
+        context.log().add("the agent was started without a folder of a sketch");
+        return kFailed;
+    }
+    const Spool spool(options.spool);
     lock->sign(EditorContext::document_path());
-    return Agent(context, options, spool).work();
+    return Agent(context, options, *lock, spool).work();
 }
 
 } // namespace vnt::host

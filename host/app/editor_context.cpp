@@ -1,6 +1,6 @@
 #include "host/app/editor_context.h"
 
-#include "host/editor/kept_art.h"
+#include "host/editor/percent_text.h"
 #include "tools/program/whole_file.h"
 
 #include <fcntl.h>
@@ -32,6 +32,25 @@ void lead_standard_error_to(const LogFile& log)
         dup2(file.get(), STDERR_FILENO);
     else if (const Descriptor nothing = open_file("/dev/null", O_WRONLY); nothing)
         dup2(nothing.get(), STDERR_FILENO);
+}
+
+void take_in(const Spool& stray, const ArtStore& store, const LogFile& log)
+{
+    std::string bytes;
+    if (program::read_whole_file(stray.art(), bytes))
+        return; // there is none
+    Result<KeptArt> art = read_kept_art(stray.art(), std::move(bytes));
+    if (const auto* problem = std::get_if<Problem>(&art))
+        return log.add(problem->sentence);
+    auto& found = std::get<KeptArt>(art);
+    if (store.has(found.id))
+        return stray.art_is_safe(); // its process was ended behind that
+    stray.tell_start(found);
+    const Result<std::string> kept = store.keep(found);
+    if (const auto* problem = std::get_if<Problem>(&kept))
+        return log.add(problem->sentence);
+    stray.art_is_safe();
+    log.add("kept " + std::get<std::string>(kept) + ", which an ended process has left behind");
 }
 
 } // namespace
@@ -90,38 +109,60 @@ Result<std::string> EditorContext::make_spool() const
     return folder;
 }
 
+bool EditorContext::is_spool(const std::string& folder) const
+{
+    const std::string start = folders_.runtime + kSpoolStart;
+    std::error_code error;
+    return folder.size() > start.size() && folder.starts_with(start) &&
+           folder.find('/', start.size()) == folder.npos &&
+           std::filesystem::symlink_status(folder, error).type() == std::filesystem::file_type::directory;
+}
+
 void EditorContext::take_in_strays() const
 {
     std::error_code error;
     std::filesystem::directory_iterator entry(folders_.runtime, error);
     for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const std::string path = entry->path().string();
-        if (path.compare(folders_.runtime.size(), std::string_view(kSpoolStart).size(), kSpoolStart) != 0)
-            continue;
-        Spool stray(path);
-        std::string bytes;
-        if (program::read_whole_file(stray.art(), bytes))
-            continue; // none, and then the folder goes
-        const Result<KeptArt> art = read_kept_art(stray.art(), std::move(bytes));
-        if (const auto* problem = std::get_if<Problem>(&art)) {
-            log_.add(problem->sentence);
-            continue;
-        }
-        const Result<std::string> kept = art_.keep(std::get<KeptArt>(art));
-        if (const auto* problem = std::get_if<Problem>(&kept)) {
-            log_.add(problem->sentence);
-            continue;
-        }
-        stray.art_is_safe();
-        log_.add("kept " + std::get<std::string>(kept) + ", which an ended process has left behind");
+        if (const std::string folder = entry->path().string(); is_spool(folder))
+            take_in(Spool(folder), art_, log_);
     }
 }
 
 Spool::~Spool()
 {
     std::error_code ignored;
-    if (art_is_safe_ || !std::filesystem::exists(art(), ignored))
+    if (!std::filesystem::exists(art(), ignored))
         std::filesystem::remove_all(folder_, ignored);
+}
+
+void Spool::write_start(const DocumentMark& mark) const
+{
+    const std::string text = to_percent_text(mark.path) + "\n" + to_percent_text(mark.editor) + "\n" +
+                             std::to_string(mark.file_time) + "\n";
+    // Without it the art is not lost, only that it belongs to this document.
+    [[maybe_unused]] const std::error_code error = program::write_whole_file(file("start"), text);
+}
+
+void Spool::tell_start(KeptArt& art) const
+{
+    std::string text;
+    if (program::read_whole_file(file("start"), text))
+        return;
+    std::istringstream lines(text);
+    std::string path;
+    std::string editor;
+    std::int64_t file_time = 0;
+    if (!std::getline(lines, path) || !std::getline(lines, editor) || !(lines >> file_time))
+        return;
+    art.document.path = from_percent_text(path).value_or("");
+    art.document.editor = from_percent_text(editor).value_or("");
+    art.document.file_time = file_time;
+}
+
+void Spool::art_is_safe() const
+{
+    std::error_code ignored;
+    std::filesystem::remove(art(), ignored);
 }
 
 bool is_own_line(std::string_view line)

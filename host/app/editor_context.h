@@ -8,6 +8,7 @@
 #include "host/editor/art_store.h"
 #include "host/editor/descriptor.h"
 #include "host/editor/editor_process.h"
+#include "host/editor/kept_art.h"
 #include "host/editor/log_file.h"
 #include "host/editor/user_folders.h"
 #include "host/kit/result.h"
@@ -46,12 +47,13 @@ public:
 
     std::string lock_path() const { return folders_.runtime + "/sketch.lock"; }
 
-    // A new folder for the work of one sketch.
+    // A new folder for the work of one sketch, and whether a folder is such a one.
     Result<std::string> make_spool() const;
+    bool is_spool(const std::string& folder) const;
 
     // Keeps the art of processes that were ended before they could, and takes their folders away.
     //
-    // When: with the lock of a sketch, so that none of them still runs.
+    // When: with the lock of a sketch, which all of them have held to their end.
     void take_in_strays() const;
 
 private:
@@ -75,12 +77,16 @@ public:
     std::string file(const char* name) const { return folder_ + "/" + name; }
     std::string art() const { return file("art.svg"); }
 
-    // The sketch, if there is one, is somewhere else as well.
-    void art_is_safe() { art_is_safe_ = true; }
+    // What is known of the document at the start, for who finds the art when its own process has ended: its path, its
+    // editor and its file's time. Art that was not told is as it was.
+    void write_start(const DocumentMark& mark) const;
+    void tell_start(KeptArt& art) const;
+
+    // The sketch, if there is one, is somewhere else as well, and not here any more.
+    void art_is_safe() const;
 
 private:
     std::string folder_;
-    bool art_is_safe_ = false;
 };
 
 // The texts of a run of this program, for people: without the program's name in front of each line.

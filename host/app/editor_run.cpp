@@ -129,6 +129,8 @@ std::string reason_for_user(const EditorContext& context, const Spool& spool, co
     for (const char* const made : {"result.svg", "art.svg"})
         replace_all(reason, spool.file(made) + " was not made", "the drawing is as it was");
     replace_all(reason, spool.file("document.svg"), "the drawing");
+    if (context.is_batch())
+        replace_all(reason, "--timeout", "VANT_TIMEOUT");
     return reason;
 }
 
@@ -150,7 +152,7 @@ std::string no_sketch_application()
 }
 
 Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptions& options,
-                                 const Spool& spool, Wanted wanted,
+                                 const SketchLock& lock, const Spool& spool, Wanted wanted,
                                  const std::vector<std::string>& more_arguments)
 {
     EditorRun run;
@@ -161,6 +163,7 @@ Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptio
         return run;
     }
     const Start start = look_at_start(context, spool);
+    spool.write_start(start.mark);
     std::vector<std::string> arguments = {"run", spool.file("document.svg"), "--art", spool.art()};
     if (wanted == Wanted::art_and_document)
         arguments.insert(arguments.end(), {"-o", spool.file("result.svg")});
@@ -172,7 +175,7 @@ Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptio
     if (options.plugin)
         arguments.insert(arguments.end(), {"--plugin", *options.plugin});
     arguments.insert(arguments.end(), more_arguments.begin(), more_arguments.end());
-    Result<Finished> finished = run_own_program(arguments, spool.file("messages"));
+    Result<Finished> finished = run_own_program(arguments, spool.file("messages"), lock.descriptor());
     if (const auto* problem = std::get_if<Problem>(&finished))
         return *problem;
     run.status = std::get<Finished>(finished).status;

@@ -3,6 +3,7 @@
 
 #include "host/app/editor_context.h"
 #include "host/app/editor_options.h"
+#include "host/editor/sketch_lock.h"
 #include "host/kit/result.h"
 
 #include <optional>
@@ -28,9 +29,11 @@ std::string no_sketch_application();
 enum class Wanted { art, art_and_document };
 
 // Runs the plug-in on the spool's document.svg, with art.svg as its result, and result.svg where a document is wanted.
-// The art gets its mark: that of the document as it was at the start, and of the editor that it was drawn for.
+// The art gets its mark: that of the document as it was at the start, and of the editor that it was drawn for. The
+// plug-in's process has the lock as well: when this one is ended, the sketch goes on until it is sent, and the next
+// start finds it.
 Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptions& options,
-                                 const Spool& spool, Wanted wanted,
+                                 const SketchLock& lock, const Spool& spool, Wanted wanted,
                                  const std::vector<std::string>& more_arguments);
 
 } // namespace vnt::host

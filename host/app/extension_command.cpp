@@ -7,6 +7,7 @@
 #include "host/editor/sketch_lock.h"
 #include "tools/program/whole_file.h"
 
+#include <array>
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
@@ -46,12 +47,18 @@ ExitStatus point_to_the_running_one(const EditorContext& context, const EditorOp
     const std::optional<LockHolder> holder = SketchLock::holder(context.lock_path());
     const std::string document =
         holder && !holder->document.empty() ? " for " + holder->document : std::string();
+    // It leads its own session, so that the plug-in's process ends with it.
+    const std::string way_out =
+        holder && holder->pid > 0
+            ? " If it does not answer any more, this ends it: kill -- -" + std::to_string(holder->pid)
+            : std::string();
     // A second start of the sketch application brings its window up.
     const std::string launch = launch_command(options);
     if (!launch.empty() && !context.is_batch()) [[maybe_unused]]
         const int status = std::system(("(" + launch + ") </dev/null >/dev/null 2>&1 &").c_str());
     return fail(context, "A sketch is going on in VANT already" + document +
-                             ". Finish it there with Send, or cancel it, and choose Start VANT again.");
+                             ". Finish it there with Send, or cancel it, and choose Start VANT again." +
+                             way_out);
 }
 
 // Tells once of each art that waits to be placed.
@@ -96,7 +103,7 @@ ExitStatus start_agent(const EditorContext& context, const EditorOptions& option
 }
 
 // Where it cannot be kept, it stays where it is, and the user is told where that is.
-bool try_keep(const EditorContext& context, Spool& spool, const KeptArt& art)
+bool try_keep(const EditorContext& context, const Spool& spool, const KeptArt& art)
 {
     const Result<std::string> kept = context.art().keep(art);
     if (const auto* problem = std::get_if<Problem>(&kept)) {
@@ -109,7 +116,7 @@ bool try_keep(const EditorContext& context, Spool& spool, const KeptArt& art)
 }
 
 // Keeps the art first: whatever becomes of the output, nothing is lost.
-ExitStatus print_result(const EditorContext& context, Spool& spool, const KeptArt& art)
+ExitStatus print_result(const EditorContext& context, const Spool& spool, const KeptArt& art)
 {
     if (!try_keep(context, spool, art))
         return kFailed;
@@ -125,31 +132,46 @@ ExitStatus print_result(const EditorContext& context, Spool& spool, const KeptAr
     return program::kDone;
 }
 
+std::string text_of(double number)
+{
+    std::array<char, 32> digits;
+    char* const end =
+        std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed, 9).ptr;
+    return {digits.data(), end};
+}
+
 // Nobody is there to end a batch run, so it ends by itself.
 std::vector<std::string> limit_of(const EditorContext& context, const EditorOptions& options)
 {
     if (options.timeout) {
         const std::chrono::duration<double> seconds = *options.timeout;
-        return std::vector<std::string>{"--timeout", std::to_string(seconds.count())};
+        return {"--timeout", text_of(seconds.count())};
     }
     if (!context.is_batch())
-        return std::vector<std::string>();
+        return {};
     const char* const set = std::getenv("VANT_TIMEOUT");
-    return std::vector<std::string>{"--timeout", set == nullptr || *set == '\0' ? kBatchSeconds : set};
+    if (set == nullptr || *set == '\0')
+        return {"--timeout", kBatchSeconds};
+    const auto read = read_editor_options("extension", {"-", std::string("--timeout=") + set});
+    if (std::holds_alternative<EditorOptions>(read))
+        return {"--timeout", set};
+    context.log().add(std::string("VANT_TIMEOUT is no number of seconds: ") + set + "; waiting " +
+                      kBatchSeconds);
+    return {"--timeout", kBatchSeconds};
 }
 
-ExitStatus run_and_wait(const EditorContext& context, const EditorOptions& options)
+ExitStatus run_and_wait(const EditorContext& context, const EditorOptions& options, const SketchLock& lock)
 {
     const Result<std::string> folder = context.make_spool();
     if (const auto* problem = std::get_if<Problem>(&folder))
         return fail(context, "Start VANT failed: " + problem->sentence);
-    Spool spool(std::get<std::string>(folder));
+    const Spool spool(std::get<std::string>(folder));
     std::error_code error;
     std::filesystem::copy_file(options.document, spool.file("document.svg"), error);
     if (error)
         return fail(context, "Start VANT failed: cannot copy " + options.document + ": " + error.message());
     const Result<EditorRun> ran =
-        run_for_editor(context, options, spool, Wanted::art_and_document, limit_of(context, options));
+        run_for_editor(context, options, lock, spool, Wanted::art_and_document, limit_of(context, options));
     if (const auto* problem = std::get_if<Problem>(&ran))
         return fail(context, "Start VANT failed: " + problem->sentence);
     const auto& run = std::get<EditorRun>(ran);
@@ -185,7 +207,7 @@ ExitStatus extension_command(const EditorOptions& options)
     held->sign(EditorContext::document_path());
     context.take_in_strays();
     if (options.wait || context.is_batch() || !context.editor() || !has_session_bus())
-        return run_and_wait(context, options);
+        return run_and_wait(context, options, *held);
     offer_kept_art(context);
     return start_agent(context, options, *held);
 }

@@ -87,11 +87,13 @@ std::string own_program()
     return std::filesystem::read_symlink("/proc/self/exe", error).string();
 }
 
-Result<Finished> run_own_program(const std::vector<std::string>& arguments, const std::string& messages)
+Result<Finished> run_own_program(const std::vector<std::string>& arguments, const std::string& messages,
+                                 int kept)
 {
     SpawnPlan plan;
     plan.open(STDOUT_FILENO, "/dev/null", O_WRONLY);
     plan.open(STDERR_FILENO, messages.c_str(), O_WRONLY | O_CREAT | O_TRUNC);
+    plan.keep(kept);
     const Result<pid_t> process = plan.start(with_program(arguments));
     if (const auto* problem = std::get_if<Problem>(&process))
         return *problem;

@@ -20,9 +20,10 @@ struct Finished {
     std::string said; // on standard error
 };
 
-// Runs this program with arguments and waits for its end. It gets /dev/null to read and to write on, and its
-// standard error goes to the file messages, which is made anew.
-Result<Finished> run_own_program(const std::vector<std::string>& arguments, const std::string& messages);
+// Runs this program with arguments and waits for its end. It gets /dev/null to read and to write on, its standard error
+// goes to the file messages, which is made anew, and it keeps the descriptor kept, under its number.
+Result<Finished> run_own_program(const std::vector<std::string>& arguments, const std::string& messages,
+                                 int kept);
 
 // Starts this program with arguments in a session of its own, with /dev/null on descriptors 0, 1 and 2, so that
 // whoever waits for the end of our output does not wait for it. It keeps the descriptor kept, under its number.

@@ -181,7 +181,7 @@ program::Result<KeptArt> find_art(const EditorOptions& options, const SvgDocumen
     if (options.art)
         return read_named_art(*options.art, unharmed);
     ArtStore::Listing kept = store.list();
-    const KeptArt* const art = choose(kept.art, mark_of(document, options.document, ""));
+    const KeptArt* const art = choose(kept.art, mark_of(document, absolute_path(options.document), ""));
     if (art == nullptr)
         return program::Problem{kFailed, "no sketch is kept; " + unharmed + "; name a file with --art"};
     return *art;

@@ -139,66 +139,118 @@ program::Result<std::vector<PathArt>> run_plugin(const Options& options, const S
     return paths;
 }
 
+bool has_document(const Options& options) { return !options.out.empty(); }
+
+// The files that the command reads and writes besides the trace, which must be none of them.
+std::vector<std::string> own_files(const Options& options, const std::string& plugin)
+{
+    std::vector<std::string> files = {options.artwork, plugin};
+    if (has_document(options))
+        files.push_back(options.out);
+    if (options.art)
+        files.push_back(*options.art);
+    return files;
+}
+
+// Looks whether what will be drawn can be written, before somebody draws it.
+std::optional<program::Problem> find_obstacles(const Options& options, const std::string& plugin,
+                                               const std::string& unharmed)
+{
+    const auto is_art = [&](const std::string& file) { return is_same_file(*options.art, file); };
+    if (options.art &&
+        (is_art(options.artwork) || is_art(plugin) || (has_document(options) && is_art(options.out))))
+        return program::Problem{program::kWrongUsage, "cannot write the sketch to " + *options.art +
+                                                          ", which the command needs itself; " + unharmed +
+                                                          "; name another file with --art"};
+    if (has_document(options)) {
+        if (auto obstacle = find_obstacle(options.out, "-o", unharmed))
+            return obstacle;
+    }
+    return options.art ? find_obstacle(*options.art, "--art", unharmed) : std::nullopt;
+}
+
 // The paths by themselves. Nothing when there are none that could be placed.
-std::optional<program::Problem> write_art(const Options& options, const SvgDocument& document,
-                                          const DocumentMark& mark, const std::vector<PathArt>& paths,
-                                          const std::string& unharmed)
+std::optional<Problem> write_art(const Options& options, const SvgDocument& document,
+                                 const DocumentMark& mark, const std::vector<PathArt>& paths)
 {
     const bool is_drawn = std::any_of(paths.begin(), paths.end(),
-                                      [](const PathArt& path) { return !path.empty() && is_finite(path); });
+                                      [](const PathArt& path) { return why_left_out(path) == nullptr; });
     if (!options.art || !is_drawn)
         return std::nullopt;
-    KeptArt art{make_art_id(),       local_time_now(),           mark,
-                document.layer_id(), document.artwork_to_user(), paths};
+    const KeptArt art{make_art_id(),       local_time_now(),           mark,
+                      document.layer_id(), document.artwork_to_user(), paths};
     const Result<std::string> text = svg_of(art);
     if (const auto* problem = std::get_if<Problem>(&text))
-        return in_words(*problem, unharmed);
+        return *problem;
+    disarm_deadline();
     if (const std::error_code error = program::write_whole_file(*options.art, std::get<std::string>(text)))
-        return program::Problem{kFailed, "cannot write " + *options.art + ": " + error.message() + "; " +
-                                             unharmed + "; " + remedy_for(error, "--art")};
+        return Problem{"cannot write " + *options.art + ": " + error.message() + "; " +
+                       remedy_for(error, "--art")};
     return std::nullopt;
 }
 
-// A run that writes no document.
-ExitStatus tell_of_art(const Options& options, std::size_t paths, const Console& console)
+// Of a run that writes no document.
+ExitStatus tell_of_art(const Options& options, const std::vector<PathArt>& paths, const Console& console)
 {
     disarm_deadline();
-    const bool is_made = paths > 0;
-    return tell_done(console, *options.art + (is_made ? ": " + std::to_string(paths) +
-                                                            (paths == 1 ? " new path\n" : " new paths\n")
-                                                      : " was not made: nothing was drawn\n"));
+    if (paths.empty())
+        return tell_done(console, "nothing was drawn; " + unharmed_clause(*options.art) + "\n");
+    std::size_t made = 0;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        const char* const problem = why_left_out(paths[i]);
+        if (problem == nullptr)
+            ++made;
+        else
+            console.note("path " + std::to_string(i) + " " + problem + " and is left out");
+    }
+    if (made == 0)
+        return console.report({kFailed, "nothing of what was drawn can be placed; " +
+                                            unharmed_clause(*options.art) +
+                                            "; the notes above say why; draw it again"});
+    return tell_done(console, *options.art + ": " + std::to_string(made) +
+                                  (made == 1 ? " new path\n" : " new paths\n"));
+}
+
+ExitStatus write_results(const Options& options, const SvgDocument& document, const DocumentMark& mark,
+                         const std::vector<PathArt>& paths, const Console& console)
+{
+    const std::optional<Problem> art_problem = write_art(options, document, mark, paths);
+    ExitStatus status = program::kDone;
+    if (has_document(options))
+        status = write_drawing(document, paths, options,
+                               "nothing was drawn; an unchanged copy of " + options.artwork, console);
+    else if (!art_problem)
+        status = tell_of_art(options, paths, console);
+    if (!art_problem)
+        return status;
+    const bool is_drawn = has_document(options) && status == program::kDone;
+    return console.report(in_words(*art_problem, is_drawn ? options.out + " has what was drawn"
+                                                          : unharmed_clause(*options.art)));
 }
 
 } // namespace
 
 ExitStatus run_command(const Options& options, Time start, const Console& console)
 {
-    const bool is_art_alone = options.out.empty();
-    const std::string& made = is_art_alone ? *options.art : options.out;
-    const std::string unharmed = unharmed_clause(made);
+    const std::string unharmed = unharmed_clause(has_document(options) ? options.out : *options.art);
     const std::optional<Time> deadline = deadline_of(options, start);
     const Deadline limit(options.timeout, unharmed);
     const auto document = read_document(options.artwork, unharmed, console);
     if (const auto* problem = std::get_if<program::Problem>(&document))
         return console.report(*problem);
-    if (options.art && ((!is_art_alone && is_same_file(*options.art, options.out)) ||
-                        is_same_file(*options.art, options.artwork)))
-        return console.report({program::kWrongUsage, "cannot write the sketch to " + *options.art +
-                                                         ", which the command needs itself; " + unharmed +
-                                                         "; name another file with --art"});
-    if (const auto obstacle = find_obstacle(made, unharmed))
-        return console.report(*obstacle);
     const auto file = find_plugin(options, unharmed);
     if (const auto* problem = std::get_if<program::Problem>(&file))
         return console.report(*problem);
+    if (const auto obstacle = find_obstacles(options, std::get<0>(file), unharmed))
+        return console.report(*obstacle);
     const Result<PluginBundle> bundle = PluginBundle::load(std::get<0>(file));
     if (const auto* problem = std::get_if<Problem>(&bundle))
         return console.report(in_words(*problem, unharmed));
     DocumentMark mark; // before the exchange: the document may be saved meanwhile
     if (options.art)
-        mark = mark_of(std::get<0>(document), options.artwork, "");
+        mark = mark_of(std::get<0>(document), absolute_path(options.artwork), "");
     keep_some_ids(mark);
-    const auto trace = open_trace(options, {options.artwork, made, std::get<0>(file)}, unharmed);
+    const auto trace = open_trace(options, own_files(options, std::get<0>(file)), unharmed);
     if (const auto* problem = std::get_if<program::Problem>(&trace))
         return console.report(*problem);
     if (const auto problem = launch(options, deadline, unharmed))
@@ -207,12 +259,7 @@ ExitStatus run_command(const Options& options, Time start, const Console& consol
                                   std::get<0>(trace).get(), deadline, unharmed, console);
     if (const auto* problem = std::get_if<program::Problem>(&paths))
         return console.report(*problem);
-    if (const auto problem = write_art(options, std::get<0>(document), mark, std::get<0>(paths), unharmed))
-        return console.report(*problem);
-    if (is_art_alone)
-        return tell_of_art(options, std::get<0>(paths).size(), console);
-    return write_drawing(std::get<0>(document), std::get<0>(paths), options,
-                         "nothing was drawn; an unchanged copy of " + options.artwork, console);
+    return write_results(options, std::get<0>(document), mark, std::get<0>(paths), console);
 }
 
 } // namespace vnt::host

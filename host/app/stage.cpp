@@ -43,13 +43,15 @@ void tell(const std::vector<std::string>& notes, const Console& console)
 
 } // namespace
 
+std::string absolute_path(const std::string& file)
+{
+    return std::filesystem::absolute(file).lexically_normal().string();
+}
+
 bool is_same_file(const std::string& one, const std::string& other)
 {
     std::error_code error;
-    if (std::filesystem::equivalent(one, other, error))
-        return true;
-    return std::filesystem::absolute(one).lexically_normal() ==
-           std::filesystem::absolute(other).lexically_normal();
+    return std::filesystem::equivalent(one, other, error) || absolute_path(one) == absolute_path(other);
 }
 
 program::ExitStatus tell_done(const Console& console, const std::string& text)
@@ -74,7 +76,8 @@ std::string remedy_for(const std::error_code& error, const char* option)
     return std::string(is_full ? "free space, or choose" : "choose") + " another file with " + option;
 }
 
-std::optional<program::Problem> find_obstacle(const std::string& out, const std::string& unharmed)
+std::optional<program::Problem> find_obstacle(const std::string& out, const char* option,
+                                              const std::string& unharmed)
 {
     std::error_code error;
     const fs::path file = fs::exists(out, error) ? fs::canonical(out, error) : fs::path(out);
@@ -91,7 +94,7 @@ std::optional<program::Problem> find_obstacle(const std::string& out, const std:
         return std::nullopt;
     const std::error_code why(reason, std::generic_category());
     return program::Problem{kFailed, "cannot write " + out + ": " + why.message() + "; " + unharmed + "; " +
-                                         remedy_for(why, "-o")};
+                                         remedy_for(why, option)};
 }
 
 program::Result<SvgDocument> read_document(const std::string& file, const std::string& unharmed,

@@ -24,8 +24,9 @@ program::Result<SvgDocument> read_document(const std::string& file, const std::s
 // A problem of the host kit, with what is unharmed in front of its last clause, which says what to do.
 program::Problem in_words(const Problem& problem, const std::string& unharmed);
 
-// Looks whether a file of -o can be written, before somebody draws for it.
-std::optional<program::Problem> find_obstacle(const std::string& out, const std::string& unharmed);
+// Looks whether the file of an option can be written, before somebody draws for it.
+std::optional<program::Problem> find_obstacle(const std::string& out, const char* option,
+                                              const std::string& unharmed);
 
 // What to do about a file that could not be written.
 std::string remedy_for(const std::error_code& error, const char* option);
@@ -35,6 +36,9 @@ std::string unharmed_clause(const std::string& out);
 
 // Says on standard output what was done. That nobody takes it there changes nothing about that.
 program::ExitStatus tell_done(const program::Console& console, const std::string& text);
+
+// A file's name from / on, as the editor names its documents.
+std::string absolute_path(const std::string& file);
 
 // Whether two names lead to one file, which need not be there yet.
 bool is_same_file(const std::string& one, const std::string& other);

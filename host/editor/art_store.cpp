@@ -187,6 +187,12 @@ ArtStore::Listing ArtStore::list() const
 
 std::vector<std::string> ArtStore::ids() const { return ids_in(folder_); }
 
+bool ArtStore::has(const std::string& id) const
+{
+    const std::string placed = folder_ + kPlaced + "/" + id + std::string(kEnding);
+    return is_art_id(id) && (access(path_of(id).c_str(), F_OK) == 0 || access(placed.c_str(), F_OK) == 0);
+}
+
 std::optional<Problem> ArtStore::mark_placed(const std::string& id) const
 {
     const std::string placed = folder_ + kPlaced;

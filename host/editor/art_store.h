@@ -54,6 +54,9 @@ public:
     // Moves art that was placed to placed/, and removes the oldest there when they are too many.
     std::optional<Problem> mark_placed(const std::string& id) const;
 
+    // Whether art of this id is kept, or was placed and is still there.
+    bool has(const std::string& id) const;
+
     // Where art of this id is kept.
     std::string path_of(const std::string& id) const;
 

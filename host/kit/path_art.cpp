@@ -54,6 +54,13 @@ bool is_finite(const PathArt& path)
     });
 }
 
+const char* why_left_out(const PathArt& path)
+{
+    if (path.empty())
+        return "has no segments";
+    return is_finite(path) ? nullptr : "has a coordinate that is not a finite number";
+}
+
 std::optional<ArtBox> bounds_of(const std::vector<PathArt>& paths)
 {
     std::optional<Range> h;

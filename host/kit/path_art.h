@@ -25,6 +25,9 @@ using PathArt = std::vector<PathSegment>;
 
 bool is_finite(const PathArt& path);
 
+// Why a path cannot be drawn: "has no segments"; null when it can.
+const char* why_left_out(const PathArt& path);
+
 struct ArtBox {
     double left, bottom, right, top;
 };

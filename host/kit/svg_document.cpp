@@ -80,13 +80,6 @@ Affine page_to_user(const SvgPage& page)
     return {1 / map.a, 0, 0, 1 / map.d, -map.e / map.a, -map.f / map.d};
 }
 
-const char* why_left_out(const PathArt& path)
-{
-    if (path.empty())
-        return "has no segments";
-    return is_finite(path) ? nullptr : "has a coordinate that is not a finite number";
-}
-
 } // namespace
 
 struct SvgDocument::Parts {

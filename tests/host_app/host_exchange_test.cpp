@@ -253,7 +253,28 @@ TEST_F(Exchange, WritesTheSketchAloneWithoutADocument)
 TEST_F(Exchange, WritesNoSketchWhenNothingWasDrawn)
 {
     EXPECT_EQ(run(place.file("nothing.xml", "<vant></vant>\n"), {"DIR/small.svg", "--art", "DIR/art.svg"}),
-              (ProgramEnd{0, "DIR/art.svg was not made: nothing was drawn\n", ""}));
+              (ProgramEnd{0, "nothing was drawn; DIR/art.svg was not made\n", ""}));
+    EXPECT_FALSE(place.has("art.svg"));
+}
+
+// The document has what was drawn, whatever becomes of the sketch by itself.
+TEST_F(Exchange, LooksForObstaclesToBothFilesBeforeSomebodyDraws)
+{
+    EXPECT_EQ(
+        place.run_small({"--art", "DIR/nowhere/art.svg"}),
+        (ProgramEnd{1, "",
+                    "vant-host: cannot write DIR/nowhere/art.svg: No such file or directory; DIR/out.svg was "
+                    "not made; choose another file with --art\n"}));
+    EXPECT_EQ(place.run({"run", "DIR/small.svg", "--art", "DIR/nowhere/art.svg"}),
+              (ProgramEnd{1, "",
+                          "vant-host: cannot write DIR/nowhere/art.svg: No such file or directory; "
+                          "DIR/nowhere/art.svg was not made; choose another file with --art\n"}));
+}
+
+TEST_F(Exchange, TakesNoFileOfItsOwnForTheTrace)
+{
+    const ProgramEnd end = place.run_small({"--art", "DIR/art.svg", "--trace", "DIR/art.svg"});
+    EXPECT_EQ(end.status, 2);
     EXPECT_FALSE(place.has("art.svg"));
 }
 
