@@ -129,6 +129,21 @@ std::vector<std::size_t> points_at(const Path& path, const std::vector<std::size
     return points;
 }
 
+// The point in the middle, along the path, of the longest stretch from one place to the next.
+std::size_t middle_of_longest_stretch(const Path& path, const std::vector<std::size_t>& places)
+{
+    std::vector<double> along{0};
+    for (std::size_t i = 1; i < path.size(); ++i)
+        along.push_back(along.back() + distance(path[i - 1], path[i]));
+    std::size_t best = 1;
+    for (std::size_t i = 2; i < places.size(); ++i) {
+        if (along[places[i]] - along[places[i - 1]] > along[places[best]] - along[places[best - 1]])
+            best = i;
+    }
+    const double wanted = (along[places[best - 1]] + along[places[best]]) / 2;
+    return static_cast<std::size_t>(std::lower_bound(along.begin(), along.end(), wanted) - along.begin());
+}
+
 } // namespace
 
 std::vector<std::size_t> find_corners(const Path& path)
@@ -150,6 +165,28 @@ std::vector<std::size_t> find_corners(const Path& path)
         return is_curve(even, before, place, after);
     });
     return points_at(path, places, even.size());
+}
+
+std::vector<std::size_t> find_closed_corners(const Path& path)
+{
+    const std::size_t n = path.size();
+    if (n < 3)
+        return find_corners(path);
+    const auto around_from = [&](std::size_t begin) {
+        Path around;
+        around.reserve(n + 1);
+        for (std::size_t i = 0; i <= n; ++i)
+            around.push_back(path[(begin + i) % n]);
+        return around;
+    };
+    // Found from the path's own beginning, then again from where no corner is near: the ends are none then.
+    const std::size_t begin = middle_of_longest_stretch(around_from(0), find_corners(around_from(0)));
+    std::vector<std::size_t> corners = find_corners(around_from(begin));
+    corners = {corners.begin() + 1, corners.end() - 1};
+    for (std::size_t& corner : corners)
+        corner = (begin + corner) % n;
+    std::sort(corners.begin(), corners.end());
+    return corners;
 }
 
 } // namespace vnt::sketch

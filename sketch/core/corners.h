@@ -19,4 +19,7 @@ namespace vnt::sketch {
 // The path's points that are corners, rising; its two ends are among them.
 std::vector<std::size_t> find_corners(const Path& path);
 
+// The corners of a closed path, whose last point goes on to the first: those two are points like any others.
+std::vector<std::size_t> find_closed_corners(const Path& path);
+
 } // namespace vnt::sketch

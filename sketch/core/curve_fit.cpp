@@ -1,106 +1,25 @@
 #include "sketch/core/curve_fit.h"
 
-#include <Eigen/Dense>
+#include "sketch/core/cubic_fit.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
 namespace vnt::sketch {
 namespace {
-
-using Cubic = std::array<Vec2, 4>;
 
 constexpr int kMostSteps = 4; // of Newton on the parameters; later ones gain next to nothing
 
 // Times the tolerance; what is further off than this at first does not come right by new parameters.
 constexpr double kHopeless = 6;
 
-// A weight beside that of one point, which holds the controls at the chord's thirds where the points say
-// nothing.
-constexpr double kHold = 1e-4;
-
 constexpr std::size_t kFirstRun = 8; // points, for lack of a segment before
 
-// The four weights of a cubic's points at t.
-std::array<double, 4> weights_at(double t)
+// The direction in which a segment leaves its end.
+std::optional<Vec2> heading_out(const Cubic& cubic)
 {
-    const double s = 1 - t;
-    return {s * s * s, 3 * s * s * t, 3 * s * t * t, t * t * t};
-}
-
-// The cubic from end to end of points that come nearest to it at their parameters; along heading at its
-// start, if given.
-Cubic nearest_cubic(const Vec2* points, const std::vector<double>& parameters, std::optional<Vec2> heading)
-{
-    const std::size_t last = parameters.size() - 1;
-    const Vec2 start = points[0];
-    const Vec2 end = points[last];
-    // Unknowns: the controls' distances from the chord's thirds, (x, y) each.
-    const Vec2 third = start + (1.0 / 3) * (end - start);
-    const Vec2 other = start + (2.0 / 3) * (end - start);
-    double w11 = kHold, w12 = 0, w22 = kHold;
-    Vec2 r1, r2;
-    for (std::size_t i = 1; i < last; ++i) {
-        const auto w = weights_at(parameters[i]);
-        const Vec2 off = points[i] - (w[0] * start + w[1] * third + w[2] * other + w[3] * end);
-        w11 += w[1] * w[1];
-        w12 += w[1] * w[2];
-        w22 += w[2] * w[2];
-        r1 = r1 + w[1] * off;
-        r2 = r2 + w[2] * off;
-    }
-    if (!heading) {
-        const double determinant = w11 * w22 - w12 * w12;
-        return {start, third + (1 / determinant) * (w22 * r1 - w12 * r2),
-                other + (1 / determinant) * (w11 * r2 - w12 * r1), end};
-    }
-    // The first control is start + arm * heading; unknowns: arm, the second control's distance.
-    const Vec2 along = *heading;
-    const Vec2 from_third = start - third;
-    Eigen::Matrix3d a;
-    a << w11, w12 * along.x, w12 * along.y, //
-        w12 * along.x, w22, 0,              //
-        w12 * along.y, 0, w22;
-    const Vec2 rest1 = r1 - w11 * from_third;
-    const Vec2 rest2 = r2 - w12 * from_third;
-    const Eigen::Vector3d x = a.ldlt().solve(Eigen::Vector3d(dot(along, rest1), rest2.x, rest2.y));
-    const double shortest = distance(start, end) / 100; // an arm of none has no direction to keep
-    if (x[0] >= shortest)
-        return {
-            start, start + x[0] * along, {other.x + x[1], other.y + x[2]},
-                  end
-        };
-    const Vec2 fixed = shortest * along + from_third;
-    return {start, start + shortest * along, other + (1 / w22) * (r2 - w12 * fixed), end};
-}
-
-// Newton's step of each parameter towards the foot of its point.
-void step_parameters(const Cubic& cubic, const Vec2* points, std::vector<double>& parameters)
-{
-    const Vec2 a = cubic[1] - cubic[0];
-    const Vec2 b = cubic[2] - cubic[1];
-    const Vec2 c = cubic[3] - cubic[2];
-    for (std::size_t i = 1; i + 1 < parameters.size(); ++i) {
-        const double t = parameters[i];
-        const double s = 1 - t;
-        const Vec2 off = point_of_cubic(cubic.data(), t) - points[i];
-        const Vec2 first = (3 * s * s) * a + (6 * s * t) * b + (3 * t * t) * c;
-        const Vec2 second = (6 * s) * (b - a) + (6 * t) * (c - b);
-        const double slope = dot(first, first) + dot(off, second);
-        if (slope > 0)
-            parameters[i] = std::clamp(t - dot(off, first) / slope, 0.0, 1.0);
-    }
-}
-
-double largest_distance(const Cubic& cubic, const Vec2* points, const std::vector<double>& parameters)
-{
-    double largest = 0;
-    for (std::size_t i = 1; i + 1 < parameters.size(); ++i) {
-        const Vec2 off = point_of_cubic(cubic.data(), parameters[i]) - points[i];
-        largest = std::max(largest, dot(off, off));
-    }
-    return std::sqrt(largest);
+    const Vec2 out = unit(cubic[3] - cubic[2]);
+    return out == Vec2{} ? std::nullopt : std::optional(out);
 }
 
 class Fitter {
@@ -113,53 +32,33 @@ public:
             along_.push_back(along_.back() + distance(path[i - 1], path[i]));
     }
 
-    // Appends segments from one sharp place to the next.
-    void fit(std::size_t first, std::size_t last, Path& curve)
+    // Appends segments from one sharp place to the next, or between places with given headings.
+    void fit(std::size_t first, std::size_t last, Headings headings, Path& curve)
     {
-        std::optional<Vec2> heading;
         while (first < last) {
             std::size_t end = first + 1;
-            const Cubic cubic = furthest(first, last, heading, end);
+            const Cubic cubic = furthest(first, last, headings, end);
             curve.insert(curve.end(), cubic.begin(), cubic.end());
-            usual_ = std::max<std::size_t>(end - first, 2);
             first = end;
-            const Vec2 out = unit(cubic[3] - cubic[2]);
-            heading = out == Vec2{} ? std::nullopt : std::optional(out);
+            headings.at_start = heading_out(cubic);
         }
     }
 
-private:
-    std::optional<Cubic> within_tolerance(std::size_t first, std::size_t last, std::optional<Vec2> heading)
+    // The segment from first that goes furthest; end says to where. Only at last it keeps the heading there.
+    Cubic furthest(std::size_t first, std::size_t last, const Headings& headings, std::size_t& end)
     {
-        const Vec2* points = &path_[first];
-        const double whole = along_[last] - along_[first];
-        parameters_.clear();
-        for (std::size_t i = first; i <= last; ++i)
-            parameters_.push_back((along_[i] - along_[first]) / whole);
-        Cubic cubic = nearest_cubic(points, parameters_, heading);
-        for (int i = 0;; ++i) {
-            const double off = largest_distance(cubic, points, parameters_);
-            if (off <= tolerance_)
-                return cubic;
-            if (i == kMostSteps || !(off <= kHopeless * tolerance_))
-                return std::nullopt;
-            step_parameters(cubic, points, parameters_);
-            cubic = nearest_cubic(points, parameters_, heading);
-        }
-    }
-
-    // The segment from first that goes furthest; end says to where.
-    Cubic furthest(std::size_t first, std::size_t last, std::optional<Vec2> heading, std::size_t& end)
-    {
+        const auto up_to = [&](std::size_t to) {
+            return Headings{headings.at_start, to == last ? headings.at_end : std::nullopt};
+        };
         end = first + 1;
-        Cubic best = nearest_cubic(&path_[first], {0, 1}, heading);
+        Cubic best = cubic_along_piece(path_[first], path_[end], up_to(end), tolerance_);
         std::size_t too_far = last + 1;
         for (std::size_t step = usual_; end < last;) {
             const std::size_t next =
                 too_far > last ? std::min(first + step, last) : end + (too_far - end) / 2;
             if (next <= end)
                 break;
-            if (const std::optional<Cubic> cubic = within_tolerance(first, next, heading)) {
+            if (const std::optional<Cubic> cubic = within_tolerance(first, next, up_to(next))) {
                 best = *cubic;
                 end = next;
                 step *= 2;
@@ -167,46 +66,146 @@ private:
                 too_far = next;
             }
         }
+        usual_ = std::max<std::size_t>(end - first, 2);
         return best;
+    }
+
+private:
+    void spread_parameters(std::size_t first, std::size_t last)
+    {
+        const double whole = along_[last] - along_[first];
+        const auto steps = static_cast<double>(last - first);
+        parameters_.clear();
+        for (std::size_t i = first; i <= last; ++i) // steps lost in a long path's sum count evenly
+            parameters_.push_back(whole > 0 ? (along_[i] - along_[first]) / whole
+                                            : static_cast<double>(i - first) / steps);
+    }
+
+    std::optional<Cubic> within_tolerance(std::size_t first, std::size_t last, const Headings& headings)
+    {
+        const Vec2* points = &path_[first];
+        spread_parameters(first, last);
+        Cubic cubic = nearest_cubic(points, parameters_, headings);
+        for (int i = 0;; ++i) {
+            const double off = distances_at(cubic, points, parameters_, offs_);
+            if (off <= tolerance_ && is_along_pieces(cubic, points, parameters_, offs_, tolerance_))
+                return cubic;
+            if (i == kMostSteps || !(off <= kHopeless * tolerance_))
+                return std::nullopt;
+            step_parameters(cubic, points, parameters_);
+            cubic = nearest_cubic(points, parameters_, headings);
+        }
     }
 
     const Path& path_;
     double tolerance_;
     std::vector<double> along_;
     std::vector<double> parameters_;
+    std::vector<double> offs_;
     std::size_t usual_ = kFirstRun;
 };
 
-} // namespace
+// A path without repetitions, and where its curve may turn at once: inner points, rising.
+struct Course {
+    Path path;
+    std::vector<std::size_t> sharp;
+};
 
-Vec2 point_of_cubic(const Vec2* segment, double t)
+Course course_of(const Path& path, const std::vector<std::size_t>& sharp)
 {
-    const auto w = weights_at(t);
-    return w[0] * segment[0] + w[1] * segment[1] + w[2] * segment[2] + w[3] * segment[3];
+    Course course;
+    std::vector<std::size_t> places; // in the course, of the path's points
+    for (const Vec2 p : path) {
+        if (course.path.empty() || course.path.back() != p)
+            course.path.push_back(p);
+        places.push_back(course.path.size() - 1);
+    }
+    for (const std::size_t place : sharp) {
+        if (place < places.size() && places[place] + 1 < course.path.size() &&
+            places[place] > (course.sharp.empty() ? 0 : course.sharp.back()))
+            course.sharp.push_back(places[place]);
+    }
+    return course;
 }
+
+void turn_back(Course& course)
+{
+    std::reverse(course.path.begin(), course.path.end());
+    for (std::size_t& place : course.sharp)
+        place = course.path.size() - 1 - place;
+    std::reverse(course.sharp.begin(), course.sharp.end());
+}
+
+Path fit_onward(const Course& course, double tolerance, const Headings& headings)
+{
+    Path curve;
+    Fitter fitter(course.path, tolerance);
+    std::size_t first = 0;
+    for (const std::size_t place : course.sharp) {
+        fitter.fit(first, place, {}, curve);
+        first = place;
+    }
+    fitter.fit(first, course.path.size() - 1, headings, curve);
+    return curve;
+}
+
+// headings: of a course without sharp places.
+Path fit_both_ways(Course course, double tolerance, const Headings& headings = {})
+{
+    const Path onward = fit_onward(course, tolerance, headings);
+    turn_back(course);
+    const auto back = [](const std::optional<Vec2>& heading) {
+        return heading ? std::optional(-*heading) : std::nullopt;
+    };
+    Path backward = fit_onward(course, tolerance, {back(headings.at_end), back(headings.at_start)});
+    if (onward.size() <= backward.size())
+        return onward;
+    std::reverse(backward.begin(), backward.end());
+    return backward;
+}
+
+// A smooth closed course begins where its first segment ended when it was begun anywhere, with the direction
+// that the segment had there.
+Path fit_ring(Course course, double tolerance)
+{
+    Path& path = course.path;
+    const std::size_t last = path.size() - 1;
+    std::size_t end = 0;
+    const Cubic cubic = Fitter(path, tolerance).furthest(0, last, {}, end);
+    end %= last;
+    path.pop_back();
+    std::rotate(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(end), path.end());
+    path.push_back(path.front());
+    const std::optional<Vec2> heading = heading_out(cubic);
+    return fit_both_ways(std::move(course), tolerance, {heading, heading});
+}
+
+} // namespace
 
 Path fit_curve(const Path& path, double tolerance, const std::vector<std::size_t>& sharp)
 {
-    Path distinct;
-    std::vector<std::size_t> places; // in distinct, of the path's points
-    for (const Vec2 p : path) {
-        if (distinct.empty() || distinct.back() != p)
-            distinct.push_back(p);
-        places.push_back(distinct.size() - 1);
-    }
-    if (distinct.size() < 2)
-        return distinct.empty() ? Path{} : Path(4, distinct.front());
-    Path curve;
-    Fitter fitter(distinct, tolerance);
-    std::size_t first = 0;
-    for (const std::size_t place : sharp) {
-        if (place >= places.size() || places[place] <= first)
-            continue;
-        fitter.fit(first, places[place], curve);
-        first = places[place];
-    }
-    fitter.fit(first, distinct.size() - 1, curve);
-    return curve;
+    Course course = course_of(path, sharp);
+    if (course.path.size() < 2)
+        return course.path.empty() ? Path{} : Path(4, course.path.front());
+    return fit_both_ways(std::move(course), tolerance);
+}
+
+Path fit_closed_curve(const Path& path, double tolerance, const std::vector<std::size_t>& sharp)
+{
+    // From the first sharp place around to it again.
+    const std::size_t n = path.size();
+    const std::size_t begin = sharp.empty() || sharp.front() >= n ? 0 : sharp.front();
+    Path around;
+    for (std::size_t i = 0; n > 0 && i <= n; ++i)
+        around.push_back(path[(begin + i) % n]);
+    std::vector<std::size_t> inner;
+    for (const std::size_t place : sharp)
+        inner.push_back(place - begin);
+    Course course = course_of(around, inner);
+    if (course.path.size() < 2)
+        return course.path.empty() ? Path{} : Path(4, course.path.front());
+    const bool is_smooth = sharp.empty() && course.path.size() > 3; // there and back is none
+    return is_smooth ? fit_ring(std::move(course), tolerance) : fit_both_ways(std::move(course), tolerance);
 }
 
 } // namespace vnt::sketch

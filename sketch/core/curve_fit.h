@@ -18,13 +18,16 @@ namespace vnt::sketch {
 //
 // tolerance: above 0.
 // sharp:     points of the path at which the curve may turn at once, rising; its ends need not be among them.
-// Accuracy:  no point of the path is further than tolerance from the curve at its own parameter. Between two
-//            points the curve runs as smoothly as its segments do; nothing is measured there.
-// Source:    least squares over the control points with Newton's steps on the parameters, P. J. Schneider, An
-//            Algorithm for Automatically Fitting Digitized Curves (Graphics Gems, 1990); but each segment is
-//            taken as far along the path as it will go, and leaves its own direction to the next one, which
-//            makes fewer of them.
+// Accuracy:  no place of the path, its straight pieces between the points among them, is further than
+//            tolerance from the curve, and no place of the curve from the path.
+// Source:    each segment as cubic_fit.h has it, but taken as far along the path as it will go; it leaves its
+//            own direction to the next one, which makes fewer of them. From both ends; the fewer are taken.
 Path fit_curve(const Path& path, double tolerance, const std::vector<std::size_t>& sharp = {});
+
+// The curve along the closed path, which goes on from its last point to its first one: it ends where it
+// begins, and is smooth there as well. Where it begins is for it to choose; a place in sharp, when there is
+// one.
+Path fit_closed_curve(const Path& path, double tolerance, const std::vector<std::size_t>& sharp = {});
 
 // Of a cubic's four points at t from 0 to 1.
 Vec2 point_of_cubic(const Vec2* segment, double t);

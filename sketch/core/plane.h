@@ -33,7 +33,8 @@ constexpr double cross(Vec2 a, Vec2 b) { return a.x * b.y - a.y * b.x; }
 // A quarter turn from x towards y.
 constexpr Vec2 turned_a_quarter(Vec2 a) { return {-a.y, a.x}; }
 
-inline double length(Vec2 a) { return std::hypot(a.x, a.y); }
+// Of what a sheet has: no care is taken of squares beyond the range of doubles.
+inline double length(Vec2 a) { return std::sqrt(dot(a, a)); }
 inline double distance(Vec2 a, Vec2 b) { return length(b - a); }
 inline Vec2 unit(Vec2 a)
 {

@@ -109,6 +109,9 @@ Chain closed_chain(const Path& points, const Runs& runs, std::vector<std::size_t
 // sides meet.
 class ClosedSearch {
 public:
+    // costs: of the run from a point to another, a row for each to; twice around, so that a run may go
+    //        through
+    // the first point.
     ClosedSearch(const std::vector<double>& costs, std::size_t n, std::size_t start, std::size_t most_sides)
         : n_(n), start_(start), from_((most_sides + 1) * (n + 1), 0)
     {
@@ -117,8 +120,9 @@ public:
         for (std::size_t sides = 1; sides <= most_sides; ++sides) {
             std::fill(now.begin(), now.end(), kInfinity);
             for (std::size_t end = sides; end <= n; ++end) {
+                const double* cost_from = &costs[(start + end) % n * (2 * n) + start];
                 for (std::size_t middle = sides - 1; middle < end; ++middle) {
-                    const double cost = before[middle] + costs[(start + middle) % n * (n + 1) + end - middle];
+                    const double cost = before[middle] + cost_from[middle];
                     if (cost < now[end]) {
                         now[end] = cost;
                         from_[sides * (n + 1) + end] = middle;
@@ -167,10 +171,12 @@ std::vector<Chain> fit_closed_chains(const Path& points, std::size_t most_sides)
     if (n < most_sides || most_sides < 3)
         return {};
     const Runs runs(points, true);
-    std::vector<double> costs(n * (n + 1), kInfinity); // of the run from a point over a number of steps
+    std::vector<double> costs(n * 2 * n, kInfinity); // see ClosedSearch
     for (std::size_t first = 0; first < n; ++first) {
-        for (std::size_t steps = 1; steps < n; ++steps)
-            costs[first * (n + 1) + steps] = runs.run(first, first + steps).square_sum();
+        for (std::size_t steps = 1; steps < n; ++steps) {
+            double* cost_from = &costs[(first + steps) % n * (2 * n) + first];
+            cost_from[0] = cost_from[n] = runs.run(first, first + steps).square_sum();
+        }
     }
     const ClosedSearch once(costs, n, furthest_from_the_middle(points), most_sides);
     std::vector<Chain> chains;

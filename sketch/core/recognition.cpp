@@ -1,7 +1,6 @@
 #include "sketch/core/recognition.h"
 
-#include "sketch/core/corners.h"
-#include "sketch/core/curve_fit.h"
+#include "sketch/core/free_curve.h"
 #include "sketch/core/regular_shapes.h"
 #include "sketch/core/signs.h"
 
@@ -304,8 +303,7 @@ private:
     void add_free_curve()
     {
         const double tolerance = ease_ * settings_.curve_tolerance_px / settings_.view_scale;
-        add(Kind::free_curve, kFreeScore,
-            Curve{fit_curve(signs_.path, tolerance, find_corners(signs_.path)), false});
+        add(Kind::free_curve, kFreeScore, free_curve_of(signs_, tolerance));
     }
 
     const Signs& signs_;

@@ -95,6 +95,28 @@ Path resample_closed(const Path& path, std::size_t count)
     return spread(around, count, count);
 }
 
+Path part_of(const Path& path, double from, double to)
+{
+    Path part;
+    double passed = 0;
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        const double step = distance(path[i - 1], path[i]);
+        const auto at = [&](double wanted) {
+            return path[i - 1] + ((wanted - passed) / step) * (path[i] - path[i - 1]);
+        };
+        if (passed >= from && passed <= to)
+            part.push_back(path[i - 1]);
+        else if (passed < from && passed + step > from)
+            part.push_back(at(from));
+        if (passed < to && passed + step > to)
+            part.push_back(at(to));
+        passed += step;
+    }
+    if (passed >= from && passed <= to)
+        part.push_back(path.back());
+    return part;
+}
+
 Path without_hooks(const Path& path)
 {
     Path even = resample(path, kHookSamples);
@@ -105,17 +127,21 @@ Path without_hooks(const Path& path)
     const std::size_t last = hook_at_start(even);
     if (first == 0 && last == 0)
         return path;
-    std::reverse(even.begin(), even.end());
-    return {even.begin() + static_cast<std::ptrdiff_t>(first),
-            even.end() - static_cast<std::ptrdiff_t>(last)};
+    const double step = path_length(path) / (kHookSamples - 1);
+    return part_of(path, static_cast<double>(first) * step,
+                   static_cast<double>(kHookSamples - 1 - last) * step);
 }
 
 Path with_long_steps_rounded(const Path& path)
 {
+    return with_long_steps_rounded(path, kLongStep * path_length(path));
+}
+
+Path with_long_steps_rounded(const Path& path, double longest)
+{
     const std::size_t n = path.size();
     if (n < 3)
         return path;
-    const double longest = kLongStep * path_length(path);
     // The arm of a step at one of its points, by how the path goes on behind the point.
     const auto arm = [&](std::size_t at, Vec2 step, std::size_t before, std::size_t after) {
         const Vec2 in = path[at] - path[before];

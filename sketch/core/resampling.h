@@ -18,6 +18,9 @@ Path resample(const Path& path, std::size_t count);
 // count points at even distances around the closed path: the last is one distance before the first.
 Path resample_closed(const Path& path, std::size_t count);
 
+// The path from one distance along it to another, with its own points between.
+Path part_of(const Path& path, double from, double to);
+
 // The path without hooks: short pieces at its ends that turn off sharply, which a pen leaves when it touches
 // and lifts. What is left always keeps most of the path.
 Path without_hooks(const Path& path);
@@ -28,5 +31,7 @@ Path without_hooks(const Path& path);
 // Source: E. Catmull, R. Rom, A Class of Local Interpolating Splines (1974), with arms along the path at
 //         sharp turns.
 Path with_long_steps_rounded(const Path& path);
+// The same for each step that is longer than longest.
+Path with_long_steps_rounded(const Path& path, double longest);
 
 } // namespace vnt::sketch

@@ -130,16 +130,19 @@ bool measure_body(const Path& path, BodySigns& signs)
 Signs measure(const Ink& ink)
 {
     Signs signs;
-    signs.path = without_hooks(clean_path(ink));
+    const Path clean = clean_path(ink);
+    signs.path = without_hooks(clean);
     signs.diagonal = box_of(signs.path).diagonal();
     if (!(signs.diagonal > 0))
         return signs;
     signs.has_extent = true;
     signs.pace = pace_of(ink);
-    signs.even = resample(signs.path, kEvenPoints);
+    // The limits were chosen on strokes that were evenly spread as soon as a hook was taken off them.
+    const Path measured = signs.path == clean ? clean : resample(signs.path, kEvenPoints);
+    signs.even = resample(measured, kEvenPoints);
     signs.length = path_length(signs.even);
     signs.line = measure_line(signs.even, signs.length);
-    signs.has_body = measure_body(signs.path, signs.body);
+    signs.has_body = measure_body(measured, signs.body);
     signs.pieces = measure_pieces(signs);
     return signs;
 }

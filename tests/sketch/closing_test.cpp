@@ -57,6 +57,59 @@ TEST(Closing, LeavesOpenPathsWhole)
     EXPECT_EQ(closing.loop, zigzag);
 }
 
+TEST(Closing, SaysHowMuchStandsOver)
+{
+    // Of a way of 120 + 112 + 145 = 377 the tails are 20 and 34 long; the places are 3 apart.
+    const Closing closing = closing_of({
+        {-20, 0  },
+        {100, 0  },
+        {50,  100},
+        {-15, -30}
+    });
+    EXPECT_NEAR(closing.before, 20.0 / 377, 0.02);
+    EXPECT_NEAR(closing.after, 34.0 / 377, 0.02);
+}
+
+TEST(EndsThatMeet, DoSoHalfWayAndBendNothingFurtherOn)
+{
+    // Three sides of a square, and of the fourth all but 10.
+    const Path path = resample(
+        {
+            {0,   0  },
+            {200, 0  },
+            {200, 200},
+            {0,   200},
+            {0,   10 }
+    },
+        400);
+    const Path loop = with_ends_met(path, {path, 0.0125, 0, 0});
+    ASSERT_EQ(loop.size(), path.size() - 1);
+    EXPECT_LT(distance(loop.front(), {0, 5}), 1e-9);
+    EXPECT_LT(distance(loop.back(), loop.front()), 5); // a step and its bend
+    double furthest = 0;
+    for (std::size_t i = 0; i < loop.size(); ++i) {
+        furthest = std::max(furthest, distance(loop[i], path[i]));
+        if (i > 35 && i < 364) { // 6 gaps from the ends are 31 places
+            EXPECT_EQ(loop[i], path[i]) << i;
+        }
+    }
+    EXPECT_LE(furthest, 5 + 1e-9);
+}
+
+TEST(EndsThatMeet, DoWithoutWhatStandsOver)
+{
+    const Path line = resample(
+        {
+            {0,   0},
+            {100, 0}
+    },
+        11);
+    // A tenth and a quarter: from 10 to 75, and there a place of their own.
+    const Path loop = with_ends_met(line, {line, 0, 0.1, 0.25});
+    ASSERT_EQ(loop.size(), 7U); // 10, 20 .. 70, without the one that has met the first
+    EXPECT_NEAR(loop.front().x, 42.5, 1e-9);
+}
+
 TEST(Closing, OfTooFewPointsIsOpen)
 {
     EXPECT_EQ(close_path({}).gap, 1);

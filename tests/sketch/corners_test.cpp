@@ -56,6 +56,41 @@ TEST_P(CornersOf, AreWhereItTurnsAtOnce)
 INSTANTIATE_TEST_SUITE_P(, CornersOf, testing::ValuesIn(kCorners),
                          [](const auto& row) { return row.param.name; });
 
+struct ClosedCornerCase {
+    const char* name;
+    Path outline;
+    double start; // where the path begins, as a share of the way around
+    Path corners;
+};
+// clang-format off
+const ClosedCornerCase kClosedCorners[] = {
+    {"ASquareBegunInASide",        drawn::box(2, 2),     0.13, {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}},
+    {"ASquareBegunAtACorner",      drawn::box(2, 2),     0,    {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}},
+    {"ASquareBegunNearACorner",    drawn::box(2, 2),     0.01, {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}}},
+    {"ACircle",                    drawn::ellipse(1, 1), 0.4,  {}},
+};
+// clang-format on
+class ClosedCornersOf : public testing::TestWithParam<ClosedCornerCase> {};
+TEST_P(ClosedCornersOf, AreFoundWhereverThePathBegins)
+{
+    drawn::Hand hand;
+    hand.points = 161;
+    hand.start = GetParam().start;
+    Path path = drawn::path_of(drawn::stroke(GetParam().outline, true, hand));
+    path.pop_back(); // the first again
+    const std::vector<std::size_t> found = find_closed_corners(path);
+    EXPECT_EQ(found.size(), GetParam().corners.size());
+    EXPECT_TRUE(std::is_sorted(found.begin(), found.end()));
+    for (const Vec2 corner : drawn::placed(GetParam().corners, hand)) {
+        double nearest = 1e9;
+        for (const std::size_t i : found)
+            nearest = std::min(nearest, distance(path[i], corner));
+        EXPECT_LT(nearest, 8);
+    }
+}
+INSTANTIATE_TEST_SUITE_P(, ClosedCornersOf, testing::ValuesIn(kClosedCorners),
+                         [](const auto& row) { return row.param.name; });
+
 TEST(CornersOfFewPoints, AreAllOfThem)
 {
     EXPECT_TRUE(find_corners({}).empty());

@@ -138,4 +138,52 @@ TEST(LongSteps, OfAPathOfManyPointsAreNone)
     EXPECT_EQ(with_long_steps_rounded(path), path);
 }
 
+TEST(PathPart, HasItsOwnPointsBetweenTheCuts)
+{
+    const Path path = {
+        {0,  0 },
+        {10, 0 },
+        {10, 30},
+        {50, 30}
+    };
+    const Path expected = {
+        {5,  0 },
+        {10, 0 },
+        {10, 30},
+        {20, 30}
+    };
+    EXPECT_EQ(part_of(path, 5, 50), expected);
+    EXPECT_EQ(part_of(path, 0, 80), path);
+}
+
+// What a curve is fitted to has to be the hand's own places.
+TEST(Hooks, GoWithoutMovingAnyOtherPoint)
+{
+    Path path{
+        {0,  6},
+        {-2, 3}
+    };
+    for (int i = 0; i <= 60; ++i)
+        path.push_back({10.0 * i + 3, 0.5 * (i % 2)});
+    const Path without = without_hooks(path);
+    EXPECT_LT(without.size(), path.size());
+    for (std::size_t i = 1; i < without.size(); ++i)
+        EXPECT_EQ(without[without.size() - i], path[path.size() - i]) << i;
+}
+
+TEST(LongSteps, AreThoseOverAGivenLength)
+{
+    const Path path = {
+        {0,  0},
+        {4,  0},
+        {10, 1},
+        {14, 3}
+    };
+    const Path rounded = with_long_steps_rounded(path, 5);
+    ASSERT_EQ(rounded.size(), path.size() + 4);
+    EXPECT_EQ(rounded[1], path[1]);
+    EXPECT_EQ(rounded[6], path[2]);
+    EXPECT_EQ(rounded[7], path[3]);
+}
+
 } // namespace

@@ -1,0 +1,25 @@
+// The free curve of a stroke: smooth but at its corners, and closed when its ends meet.
+//
+// Space:  the sheet.
+// Errors: nothing throws or reports.
+#pragma once
+
+#include "sketch/core/reading.h"
+#include "sketch/core/signs.h"
+
+namespace vnt::sketch {
+
+// Tolerances; between points that are no further apart a curve as sharp as a hand's is off the straight piece
+// by one at most: a turn of 1 over a step of 8 has a height of 1.
+constexpr double kLongFreeStep = 8;
+
+// The open curve along a clean path, within tolerance of it, long steps rounded.
+Path free_curve_along(const Path& path, double tolerance);
+
+// tolerance: above 0, sheet pixels.
+// Accuracy:  within tolerance of the stroke's path, long steps rounded. A closed one departs from it at the
+//            join: see with_ends_met. It is smooth there unless the stroke has a corner there, and ends
+//            where it begins, to the bit.
+Curve free_curve_of(const Signs& signs, double tolerance);
+
+} // namespace vnt::sketch

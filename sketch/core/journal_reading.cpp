@@ -1,0 +1,242 @@
+#include "sketch/core/journal_text.h"
+#include "sketch/core/journal_words.h"
+
+#include <charconv>
+#include <memory>
+#include <utility>
+
+namespace vnt::sketch {
+namespace {
+
+// The words of a line, from the first on. What is not as it should be makes it bad, and all that is read from
+// then on is nothing.
+class Words {
+public:
+    explicit Words(std::string_view line) : rest_(line) {}
+
+    bool is_bad() const { return is_bad_; }
+    bool is_read_through() const { return !is_bad_ && is_at_end_; }
+
+    std::string_view word()
+    {
+        if (is_at_end_)
+            is_bad_ = true;
+        if (is_bad_)
+            return {};
+        const std::size_t end = std::min(rest_.find(' '), rest_.size());
+        const std::string_view word = rest_.substr(0, end);
+        is_at_end_ = end == rest_.size();
+        rest_.remove_prefix(is_at_end_ ? end : end + 1);
+        return word;
+    }
+
+    void expect(std::string_view expected) { is_bad_ |= word() != expected; }
+
+    // Which of two words comes.
+    bool either(std::string_view yes, std::string_view no)
+    {
+        const std::string_view found = word();
+        is_bad_ |= found != yes && found != no;
+        return found == yes;
+    }
+
+    template <class Number>
+    Number any_number()
+    {
+        const std::string_view digits = word();
+        Number number{};
+        const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+        is_bad_ |= read.ec != std::errc() || read.ptr != digits.data() + digits.size();
+        return is_bad_ ? Number{} : number;
+    }
+
+    double number()
+    {
+        const double number = any_number<double>();
+        is_bad_ |= !std::isfinite(number);
+        return is_bad_ ? 0 : number;
+    }
+
+    // How many things follow, each of so many words: never more than the line has room for.
+    std::size_t count(std::size_t words_each)
+    {
+        const auto count = any_number<std::size_t>();
+        // A word and its blank take two characters, the line's last word one.
+        is_bad_ |= count > (rest_.size() + 1) / (2 * words_each);
+        return is_bad_ ? 0 : count;
+    }
+
+    Vec2 point()
+    {
+        const double x = number();
+        return {x, number()};
+    }
+
+    Affine map()
+    {
+        Affine map;
+        for (double* const number_of_map : {&map.a, &map.b, &map.c, &map.d, &map.e, &map.f})
+            *number_of_map = number();
+        return map;
+    }
+
+    void refuse() { is_bad_ = true; }
+
+private:
+    std::string_view rest_;
+    bool is_at_end_ = false; // the last word has been read
+    bool is_bad_ = false;
+};
+
+Kind kind_in(Words& words)
+{
+    const std::string_view word = words.word();
+    for (const KindWord& known : kKindWords)
+        if (known.word == word)
+            return known.kind;
+    words.refuse();
+    return Kind::ink;
+}
+
+Path path_in(Words& words)
+{
+    Path path(words.count(2));
+    for (Vec2& p : path)
+        p = words.point();
+    return path;
+}
+
+template <class Kept>
+Shape if_kept(Words& words, Kept shape)
+{
+    if (!is_kept(shape))
+        words.refuse();
+    return shape;
+}
+
+Shape shape_in(Words& words)
+{
+    const std::string_view word = words.word();
+    if (word == "straight") {
+        const bool closed = words.either("closed", "open");
+        return if_kept(words, Straight{path_in(words), closed});
+    }
+    if (word == "curve") {
+        const bool closed = words.either("closed", "open");
+        return if_kept(words, Curve{path_in(words), closed});
+    }
+    if (word == "round") {
+        Round round;
+        round.ellipse.centre = words.point();
+        for (double* const number : {&round.ellipse.major, &round.ellipse.minor, &round.ellipse.rotation,
+                                     &round.start, &round.sweep})
+            *number = words.number();
+        return if_kept(words, round);
+    }
+    if (word != "none")
+        words.refuse();
+    return std::monostate();
+}
+
+Ink ink_in(Words& words)
+{
+    words.expect("ink");
+    Ink ink(words.count(4));
+    for (InkPoint& point : ink)
+        for (double* const number : {&point.x, &point.y, &point.time_ms, &point.pressure})
+            *number = words.number();
+    return ink;
+}
+
+// Null when it is malformed.
+StrokePtr stroke_in(Words& words)
+{
+    auto stroke = std::make_shared<Stroke>();
+    stroke->id = words.any_number<StrokeId>();
+    stroke->kind = kind_in(words);
+    stroke->shape = shape_in(words);
+    stroke->ink = ink_in(words);
+    words.expect("readings");
+    for (std::size_t left = words.count(3); left > 0 && !words.is_bad(); --left) {
+        Reading reading;
+        reading.kind = kind_in(words);
+        reading.score = words.number();
+        reading.shape = shape_in(words);
+        stroke->readings.push_back(std::move(reading));
+    }
+    return words.is_read_through() ? stroke : nullptr;
+}
+
+bool read_sheet(Words& words, Sheet& sheet)
+{
+    Sheet read;
+    read.width = words.number();
+    read.height = words.number();
+    read.sheet_to_model = words.map();
+    read.tolerance = words.any_number<double>();
+    if (words.either("grid", "none")) {
+        Grid grid;
+        grid.subdivisions = words.any_number<int>();
+        grid.grid_to_sheet = words.map();
+        read.grid = grid;
+    }
+    if (!words.is_read_through())
+        return false;
+    sheet = read;
+    return true;
+}
+
+// False when the line is malformed, or does not fit the sketch; that stays as it was.
+bool read_change(std::string_view line, JournalReading& reading)
+{
+    Words words(line);
+    const std::string_view change = words.word();
+    if (change == "insert") {
+        const auto index = words.any_number<std::size_t>();
+        StrokePtr stroke = stroke_in(words);
+        return index <= reading.document.strokes().size() &&
+               reading.document.insert(index, std::move(stroke));
+    }
+    if (change == "replace")
+        return reading.document.replace(stroke_in(words));
+    if (change == "take") {
+        const auto id = words.any_number<StrokeId>();
+        return words.is_read_through() && reading.document.take(id);
+    }
+    if (change == "sheet")
+        return read_sheet(words, reading.sheet);
+    if (change != "clear" || !words.is_read_through())
+        return false;
+    reading.document.clear();
+    return true;
+}
+
+// The next line, without its line feed, taken off the text. None when the text has no whole one.
+std::optional<std::string_view> take_line(std::string_view& text)
+{
+    const std::size_t end = text.find('\n');
+    if (end == std::string_view::npos)
+        return std::nullopt;
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(end + 1);
+    return line;
+}
+
+} // namespace
+
+JournalReading read_journal(std::string_view text)
+{
+    JournalReading reading;
+    std::string_view rest = text;
+    reading.known = take_line(rest) == kJournalHead;
+    while (reading.known && !text.empty()) {
+        text = rest;
+        const std::optional<std::string_view> line = take_line(rest);
+        if (!line || !read_change(*line, reading))
+            break;
+    }
+    reading.whole = text.empty();
+    return reading;
+}
+
+} // namespace vnt::sketch

@@ -1,0 +1,44 @@
+// The changes to a sketch as lines of text, and the sketch that such lines make.
+//
+// Shapes: a line a change: "insert INDEX STROKE", "take ID", "replace STROKE", "clear", "sheet ...", in words with
+//         one blank between them. Numbers have the fewest digits that give the same double again. The first line
+//         names the format and its version.
+//           STROKE   ID KIND SHAPE ink COUNT (x y time pressure)... readings COUNT (KIND score SHAPE)...
+//           SHAPE    none | straight open|closed COUNT (x y)... | curve open|closed COUNT (x y)...
+//                    | round centre.x centre.y major minor rotation start sweep
+//           sheet    width height a b c d e f tolerance none | grid subdivisions a b c d e f
+//         The other readings stand in it as they are, so that Tab offers the same ones after a crash.
+// Errors: a line that is malformed, or does not fit what stands before it, ends the reading: what came before
+//         stands. The last line without a line feed was cut off, and is passed over. Counts that the text has
+//         no room for are malformed: memory grows with the text, not with what it says.
+#pragma once
+
+#include "sketch/core/sheet.h"
+#include "sketch/core/sketch_document.h"
+
+#include <string>
+#include <string_view>
+
+namespace vnt::sketch {
+
+// Each with its line feed.
+//
+// All numbers in a journal but the sheet's tolerance are finite: points of the ink that are not are left out, and
+// a shape that is not, or that draws nothing (of fewer than two corners, of no size, a curve that is not made of
+// fours), is written as none, a sheet that is not as the one of no editor, such a grid not at all.
+std::string journal_head();
+std::string journal_insert(std::size_t index, const Stroke& stroke);
+std::string journal_take(StrokeId id);
+std::string journal_replace(const Stroke& stroke);
+std::string journal_clear();
+std::string journal_sheet(const Sheet& sheet);
+
+struct JournalReading {
+    SketchDocument document;
+    Sheet sheet;
+    bool whole = true;  // false: something stood behind what could be read, be it a line that was cut off
+    bool known = false; // the first line names a format that this program reads
+};
+JournalReading read_journal(std::string_view text);
+
+} // namespace vnt::sketch
