@@ -18,6 +18,8 @@ namespace {
 constexpr double kLineUnevenness = 0.042;
 // Excess of the path's length over the line's. "Lines".
 constexpr double kLineDetour = 0.12;
+// Root mean square distance from the best parabola over length. "Lines".
+constexpr double kLineRipple = 0.025;
 
 // Gap over the way around. "Gaps".
 constexpr double kRoundGap = 0.14;
@@ -127,8 +129,9 @@ private:
     // How likely the stroke is a line, from its deviation alone.
     double straight() const
     {
-        return std::min(belief(signs_.line.unevenness, ease_ * kLineUnevenness),
-                        belief(signs_.line.detour, ease_ * kLineDetour));
+        return std::min({belief(signs_.line.unevenness, ease_ * kLineUnevenness),
+                         belief(signs_.line.detour, ease_ * kLineDetour),
+                         belief(signs_.line.ripple, ease_ * kLineRipple)});
     }
 
     void add_line()

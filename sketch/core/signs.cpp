@@ -40,6 +40,32 @@ constexpr double kJoined = 0.05;
 // Of the larger half axis; a body that is thinner has no area to speak of.
 constexpr double kThinnest = 0.02;
 
+// The sum of the squared distances, across the line, from the best parabola along it.
+// Source: the distances have neither a mean nor a slope along the line of total least squares, so what the parabola
+// takes away is their part along u² less its own mean and slope.
+double square_sum_from_parabola(const LineFit& line, const Path& points)
+{
+    const auto along = [&](Vec2 p) { return dot(p - line.centre, line.direction); };
+    double second = 0;
+    double third = 0;
+    for (const Vec2 p : points) {
+        const double u = along(p);
+        second += u * u;
+        third += u * u * u;
+    }
+    const double mean = second / static_cast<double>(points.size());
+    const double slope = second > 0 ? third / second : 0;
+    double with_bend = 0;
+    double bend = 0;
+    for (const Vec2 p : points) {
+        const double u = along(p);
+        const double shape = u * u - slope * u - mean;
+        with_bend += shape * cross(line.direction, p - line.centre);
+        bend += shape * shape;
+    }
+    return bend > 0 ? std::max(0.0, line.square_sum - with_bend * with_bend / bend) : line.square_sum;
+}
+
 LineSigns measure_line(const Path& even, double way)
 {
     LineSigns signs;
@@ -48,6 +74,8 @@ LineSigns measure_line(const Path& even, double way)
     const double size = distance(piece.start, piece.end);
     signs.unevenness = std::sqrt(signs.fit.square_sum / static_cast<double>(even.size())) / size;
     signs.detour = way / size - 1;
+    signs.ripple =
+        std::sqrt(square_sum_from_parabola(signs.fit, even) / static_cast<double>(even.size())) / size;
     return signs;
 }
 

@@ -26,6 +26,7 @@ struct LineSigns {
     LineFit fit;
     double unevenness = 0; // root mean square distance over the length of the line
     double detour = 0;     // how much longer the path is than the line, over the line
+    double ripple = 0;     // as unevenness, from the best parabola: a hand bends what it means to be straight
 };
 
 // The stroke as a body with an outline: its join, and its outline made round.

@@ -90,6 +90,8 @@ struct LimitCase {
 const LimitCase kLimits[] = {
     {"ALineIsUneven", Kind::line, Kind::ink, [](double t) { return wave(t, 1); }, 0, 1,
         [](const Signs& s) { return s.line.unevenness; }, 0.042, 0.001},
+    {"ALineRipples", Kind::line, Kind::ink, [](double t) { return wave(t, 4); }, 0, 1,
+        [](const Signs& s) { return s.line.ripple; }, 0.025, 0.001},
     {"ALineTakesADetour", Kind::line, Kind::ink, [](double t) { return wave(t, 12); }, 0, 1,
         [](const Signs& s) { return s.line.detour; }, 0.12, 0.002},
     {"ACircleHasAGap", Kind::circle, Kind::ink,

@@ -107,6 +107,7 @@ TEST(LineSigns, OfAStraightLineAreNothing)
                                .line;
     EXPECT_LT(line.unevenness, 1e-6);
     EXPECT_LT(line.detour, 1e-6);
+    EXPECT_LT(line.ripple, 1e-6);
     EXPECT_FALSE(signs_of(
                      {
                          {0, 0},
@@ -123,6 +124,16 @@ TEST(LineSigns, OfAShallowArcFollowItsAngle)
     const LineSigns line = signs_of(drawn::arc(0, angle), false).line;
     EXPECT_NEAR(line.unevenness, angle / (12 * std::sqrt(5)), 4e-4);
     EXPECT_NEAR(line.detour, angle * angle / 24, 3e-4);
+    EXPECT_LT(line.ripple, 4e-4); // an arc is a parabola to first order
+}
+
+// A wave has the root mean square of its height over √2, of which a parabola takes next to nothing.
+TEST(LineSigns, OfAWaveRipple)
+{
+    Path wave;
+    for (int i = 0; i <= 1000; ++i)
+        wave.push_back({i / 1000.0, 0.005 * std::sin(8 * kPi * i / 1000)});
+    EXPECT_NEAR(signs_of(wave, false).line.ripple, 0.005 / std::sqrt(2), 1e-4);
 }
 
 TEST(PieceSigns, TellAZigzagFromAWave)
