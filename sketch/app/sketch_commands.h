@@ -1,0 +1,35 @@
+// The steps of a sketch's history. Each is a list of strokes that come, go or change, in an order.
+//
+// Owner:  a step shares its strokes with the sketch; nothing is copied. The sketch outlives its steps.
+#pragma once
+
+#include "sketch/core/stroke.h"
+
+#include <QUndoCommand>
+
+#include <cstddef>
+#include <vector>
+
+class SketchModel;
+
+struct StrokeChange {
+    std::size_t index = 0; // of one that comes, and where one that goes is put back; else without meaning
+    vnt::sketch::StrokePtr before; // null: it comes
+    vnt::sketch::StrokePtr after;  // null: it goes
+};
+
+class SketchCommand : public QUndoCommand {
+public:
+    SketchCommand(SketchModel& model, std::vector<StrokeChange> changes, const QString& text);
+
+    void redo() override;
+    void undo() override;
+
+private:
+    // From the stroke that is there into the one that shall be.
+    void change(std::size_t index, const vnt::sketch::StrokePtr& from, const vnt::sketch::StrokePtr& into);
+    void deselectWhatIsGone();
+
+    SketchModel& m_model;
+    std::vector<StrokeChange> m_changes;
+};

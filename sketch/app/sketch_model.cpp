@@ -1,0 +1,173 @@
+#include "sketch/app/sketch_model.h"
+
+#include "sketch/app/kind_names.h"
+#include "sketch/app/sketch_commands.h"
+#include "sketch/core/shape_outline.h"
+
+#include <algorithm>
+#include <utility>
+
+using vnt::sketch::Affine;
+using vnt::sketch::Ink;
+using vnt::sketch::Kind;
+using vnt::sketch::Reading;
+using vnt::sketch::Sheet;
+using vnt::sketch::SketchDocument;
+using vnt::sketch::Stroke;
+using vnt::sketch::StrokeId;
+using vnt::sketch::StrokePtr;
+using vnt::sketch::Vec2;
+
+namespace {
+
+// Where those of the ids are that the document has, rising, each once.
+std::vector<std::size_t> placesOf(const SketchDocument& document, const std::vector<StrokeId>& ids)
+{
+    std::vector<std::size_t> places;
+    for (const StrokeId id : ids) {
+        if (const auto place = document.index_of(id))
+            places.push_back(*place);
+    }
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    return places;
+}
+
+// The highest goes first, so that the places of the others stay what they are.
+std::vector<StrokeChange> removals(const SketchDocument& document, const std::vector<std::size_t>& places)
+{
+    std::vector<StrokeChange> changes;
+    for (auto place = places.rbegin(); place != places.rend(); ++place)
+        changes.push_back({*place, document.strokes()[*place], nullptr});
+    return changes;
+}
+
+} // namespace
+
+SketchModel::SketchModel(QObject* parent) : QObject(parent) {}
+
+void SketchModel::setSheet(const Sheet& sheet)
+{
+    m_sheet = sheet;
+    emit sheetChanged();
+}
+
+void SketchModel::setSelection(std::vector<StrokeId> ids)
+{
+    std::vector<StrokeId> known;
+    for (const std::size_t place : placesOf(m_document, ids))
+        known.push_back(m_document.strokes()[place]->id);
+    if (known == m_selection)
+        return;
+    m_selection = std::move(known);
+    emit selectionChanged();
+}
+
+void SketchModel::reset(std::vector<StrokePtr> strokes)
+{
+    setSelection({});
+    m_undoStack.clear();
+    m_document.clear();
+    for (StrokePtr& stroke : strokes) {
+        if (!stroke)
+            continue;
+        if (stroke->id == 0 || m_document.find(stroke->id)) {
+            Stroke own = *stroke;
+            own.id = m_document.new_id();
+            stroke = std::make_shared<const Stroke>(std::move(own));
+        }
+        m_document.insert(m_document.strokes().size(), stroke);
+    }
+    emit wasReset();
+}
+
+StrokeId SketchModel::addInk(Ink ink, std::vector<Reading> readings)
+{
+    Stroke stroke;
+    stroke.id = m_document.new_id();
+    stroke.ink = std::move(ink);
+    stroke.readings = std::move(readings);
+    const StrokeId id = stroke.id;
+    auto shared = std::make_shared<const Stroke>(std::move(stroke));
+    const std::size_t top = m_document.strokes().size();
+    m_undoStack.push(new SketchCommand(*this,
+                                       {
+                                           {top, nullptr, std::move(shared)}
+    },
+                                       tr("Draw")));
+    return id;
+}
+
+void SketchModel::convert(StrokeId id, const Reading& reading)
+{
+    const StrokePtr before = m_document.find(id);
+    const bool isInk = std::holds_alternative<std::monostate>(reading.shape);
+    if (!before || (isInk && (before->ink.empty() || before->kind == Kind::ink)))
+        return; // there is no ink to go back to, or nothing else
+    Stroke after = *before;
+    after.kind = reading.kind;
+    after.shape = reading.shape;
+    auto shared = std::make_shared<const Stroke>(std::move(after));
+    const QString text = isInk ? tr("Back to ink") : tr("Convert to %1").arg(kindName(reading.kind));
+    m_undoStack.push(new SketchCommand(*this,
+                                       {
+                                           {0, before, std::move(shared)}
+    },
+                                       text));
+}
+
+void SketchModel::remove(const std::vector<StrokeId>& ids)
+{
+    std::vector<StrokeChange> changes = removals(m_document, placesOf(m_document, ids));
+    if (!changes.empty())
+        m_undoStack.push(new SketchCommand(*this, std::move(changes), tr("Delete")));
+}
+
+void SketchModel::transform(const std::vector<StrokeId>& ids, const Affine& map)
+{
+    std::vector<StrokeChange> changes;
+    for (const std::size_t place : placesOf(m_document, ids)) {
+        const StrokePtr& before = m_document.strokes()[place];
+        changes.push_back(
+            {0, before, std::make_shared<const Stroke>(vnt::sketch::mapped(*before, map, before->id))});
+    }
+    if (!changes.empty() && map != Affine())
+        m_undoStack.push(new SketchCommand(*this, std::move(changes), tr("Move")));
+}
+
+void SketchModel::duplicate(const std::vector<StrokeId>& ids, Vec2 offset)
+{
+    const Affine map{1, 0, 0, 1, offset.x, offset.y};
+    std::vector<Stroke> copies;
+    for (const std::size_t place : placesOf(m_document, ids))
+        copies.push_back(vnt::sketch::mapped(*m_document.strokes()[place], map, 0));
+    if (copies.empty())
+        return;
+    const std::size_t firstCopy = m_document.strokes().size();
+    addStrokes(std::move(copies), tr("Duplicate"));
+    std::vector<StrokeId> selected;
+    for (std::size_t i = firstCopy; i < m_document.strokes().size(); ++i)
+        selected.push_back(m_document.strokes()[i]->id);
+    setSelection(std::move(selected));
+}
+
+void SketchModel::addStrokes(std::vector<Stroke> strokes, const QString& text)
+{
+    std::vector<StrokeChange> changes;
+    std::size_t top = m_document.strokes().size();
+    for (Stroke& stroke : strokes) {
+        stroke.id = m_document.new_id();
+        changes.push_back({top++, nullptr, std::make_shared<const Stroke>(std::move(stroke))});
+    }
+    if (!changes.empty())
+        m_undoStack.push(new SketchCommand(*this, std::move(changes), text));
+}
+
+void SketchModel::clear()
+{
+    std::vector<std::size_t> all(m_document.strokes().size());
+    for (std::size_t i = 0; i < all.size(); ++i)
+        all[i] = i;
+    if (!all.empty())
+        m_undoStack.push(new SketchCommand(*this, removals(m_document, all), tr("Clear")));
+}

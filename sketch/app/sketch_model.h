@@ -1,0 +1,59 @@
+// The sketch that is being drawn: its strokes and its sheet, every change as a step that can be undone.
+//
+// Space:  the sheet.
+// Errors: what is asked of a stroke that is not there does nothing.
+#pragma once
+
+#include "sketch/core/sheet.h"
+#include "sketch/core/sketch_document.h"
+
+#include <QObject>
+#include <QUndoStack>
+
+#include <vector>
+
+class SketchModel : public QObject {
+    Q_OBJECT
+
+public:
+    explicit SketchModel(QObject* parent = nullptr);
+
+    const vnt::sketch::SketchDocument& document() const { return m_document; }
+    const vnt::sketch::Sheet& sheet() const { return m_sheet; }
+    QUndoStack& undoStack() { return m_undoStack; }
+    const std::vector<vnt::sketch::StrokeId>& selection() const { return m_selection; } // lowest stroke first
+
+    // Not steps that can be undone.
+    void setSheet(const vnt::sketch::Sheet& sheet);
+    void setSelection(std::vector<vnt::sketch::StrokeId> ids); // unknown ids are left out
+    // Another sketch in the place of this one, its strokes in this order; nothing to undo then.
+    void reset(std::vector<vnt::sketch::StrokePtr> strokes);
+
+    // Each one step. Ids of new strokes come from the model.
+    vnt::sketch::StrokeId addInk(vnt::sketch::Ink ink, std::vector<vnt::sketch::Reading> readings);
+    // The stroke becomes the reading, its ink kept; the first undo gives the ink back.
+    void convert(vnt::sketch::StrokeId id, const vnt::sketch::Reading& reading);
+    void remove(const std::vector<vnt::sketch::StrokeId>& ids);
+    void transform(const std::vector<vnt::sketch::StrokeId>& ids, const vnt::sketch::Affine& map);
+    void duplicate(const std::vector<vnt::sketch::StrokeId>& ids,
+                   vnt::sketch::Vec2 offset); // selects the copies
+    void addStrokes(std::vector<vnt::sketch::Stroke> strokes, const QString& text);
+    void clear();
+
+signals:
+    // Each change to the document as it happens, undo and redo included; what keeps a copy follows these.
+    void inserted(std::size_t index, const vnt::sketch::StrokePtr& stroke);
+    void taken(const vnt::sketch::StrokePtr& stroke);
+    void replaced(const vnt::sketch::StrokePtr& before, const vnt::sketch::StrokePtr& after);
+    void wasReset();
+    void selectionChanged();
+    void sheetChanged();
+
+private:
+    friend class SketchCommand; // changes the document, and says so
+
+    vnt::sketch::SketchDocument m_document;
+    vnt::sketch::Sheet m_sheet;
+    QUndoStack m_undoStack;
+    std::vector<vnt::sketch::StrokeId> m_selection;
+};

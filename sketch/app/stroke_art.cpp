@@ -1,0 +1,184 @@
+#include "sketch/app/stroke_art.h"
+
+#include "sketch/core/shape_outline.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+using vnt::sketch::Box;
+using vnt::sketch::Curve;
+using vnt::sketch::kPi;
+using vnt::sketch::Path;
+using vnt::sketch::Round;
+using vnt::sketch::Shape;
+using vnt::sketch::Straight;
+using vnt::sketch::StrokeId;
+using vnt::sketch::StrokePtr;
+using vnt::sketch::Vec2;
+
+namespace {
+
+// Sheet pixels: at the closest view a few tenths of a screen pixel.
+constexpr double kCurveTolerance = 0.005;
+constexpr double kLineTolerance = 0.1;
+// Radians; what a whole turn may lack of itself by rounding.
+constexpr double kTurnRounding = 1e-9;
+
+Path inkLine(const vnt::sketch::Ink& ink)
+{
+    Path line;
+    line.reserve(ink.size());
+    for (const auto& point : ink)
+        line.push_back({point.x, point.y});
+    return line;
+}
+
+double distanceOfPieces(Vec2 a, Vec2 b, Vec2 c, Vec2 d)
+{
+    const Vec2 along = b - a;
+    const Vec2 other = d - c;
+    const double c1 = cross(along, c - a);
+    const double c2 = cross(along, d - a);
+    const double c3 = cross(other, a - c);
+    const double c4 = cross(other, b - c);
+    if (c1 * c2 < 0 && c3 * c4 < 0)
+        return 0;
+    return std::min({distance_from_piece(a, c, d), distance_from_piece(b, c, d), distance_from_piece(c, a, b),
+                     distance_from_piece(d, a, b)});
+}
+
+} // namespace
+
+QPainterPath painterPath(const Path& cubics, bool closed)
+{
+    QPainterPath path;
+    for (std::size_t i = 0; i + 3 < cubics.size(); i += 4) {
+        if (i == 0)
+            path.moveTo(cubics[0].x, cubics[0].y);
+        path.cubicTo(cubics[i + 1].x, cubics[i + 1].y, cubics[i + 2].x, cubics[i + 2].y, cubics[i + 3].x,
+                     cubics[i + 3].y);
+    }
+    if (closed && !path.isEmpty())
+        path.closeSubpath();
+    return path;
+}
+
+bool isClosed(const Shape& shape)
+{
+    if (const auto* straight = std::get_if<Straight>(&shape))
+        return straight->closed;
+    if (const auto* round = std::get_if<Round>(&shape))
+        return std::abs(round->sweep) >= 2 * kPi - kTurnRounding;
+    const auto* curve = std::get_if<Curve>(&shape);
+    return curve != nullptr && curve->closed;
+}
+
+StrokeArt::StrokeArt(StrokePtr its) : stroke(std::move(its))
+{
+    if (isInk()) {
+        line = inkLine(stroke->ink);
+    } else {
+        const Path cubics = vnt::sketch::cubics_of(stroke->shape, kCurveTolerance);
+        curve = painterPath(cubics, isClosed(stroke->shape));
+        line = vnt::sketch::flattened(cubics, kLineTolerance);
+    }
+    const Box around = vnt::sketch::box_of(line);
+    box = QRectF(around.least.x, around.least.y, around.width(), around.height());
+}
+
+double StrokeArt::distanceFrom(Vec2 p, double reach) const
+{
+    double nearest = std::numeric_limits<double>::infinity();
+    if (line.empty() || !box.adjusted(-reach, -reach, reach, reach).contains(p.x, p.y))
+        return nearest;
+    if (line.size() == 1)
+        return distance(p, line.front());
+    for (std::size_t i = 1; i < line.size(); ++i)
+        nearest = std::min(nearest, distance_from_piece(p, line[i - 1], line[i]));
+    return nearest;
+}
+
+bool StrokeArt::isCrossed(Vec2 a, Vec2 b, double reach) const
+{
+    const QRectF way = QRectF(QPointF(a.x, a.y), QPointF(b.x, b.y)).normalized();
+    const QRectF near = box.adjusted(-reach, -reach, reach, reach);
+    const bool isApart = way.right() < near.left() || way.left() > near.right() ||
+                         way.bottom() < near.top() || way.top() > near.bottom();
+    if (line.empty() || isApart)
+        return false;
+    if (line.size() == 1)
+        return distance_from_piece(line.front(), a, b) <= reach;
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        if (distanceOfPieces(a, b, line[i - 1], line[i]) <= reach)
+            return true;
+    }
+    return false;
+}
+
+StrokeArts::Arts::iterator StrokeArts::place(StrokeId id)
+{
+    // What changes is what was drawn last, mostly.
+    const auto from =
+        std::find_if(m_arts.rbegin(), m_arts.rend(), [id](const auto& art) { return art->stroke->id == id; });
+    return from == m_arts.rend() ? m_arts.end() : std::prev(from.base());
+}
+
+const StrokeArt* StrokeArts::find(StrokeId id) const
+{
+    const auto found =
+        std::find_if(m_arts.rbegin(), m_arts.rend(), [id](const auto& art) { return art->stroke->id == id; });
+    return found == m_arts.rend() ? nullptr : found->get();
+}
+
+const StrokeArt* StrokeArts::topmostAt(Vec2 p, double reach) const
+{
+    const auto found = std::find_if(m_arts.rbegin(), m_arts.rend(),
+                                    [&](const auto& art) { return art->distanceFrom(p, reach) <= reach; });
+    return found == m_arts.rend() ? nullptr : found->get();
+}
+
+QRectF StrokeArts::box() const
+{
+    Path corners;
+    for (const auto& art : m_arts) {
+        if (art->line.empty())
+            continue;
+        corners.push_back({art->box.left(), art->box.top()});
+        corners.push_back({art->box.right(), art->box.bottom()});
+    }
+    if (corners.empty())
+        return {};
+    const Box around = vnt::sketch::box_of(corners);
+    return {around.least.x, around.least.y, around.width(), around.height()};
+}
+
+void StrokeArts::reset(const std::vector<StrokePtr>& strokes)
+{
+    m_arts.clear();
+    m_arts.reserve(strokes.size());
+    for (const StrokePtr& stroke : strokes)
+        m_arts.push_back(std::make_unique<StrokeArt>(stroke));
+}
+
+const StrokeArt& StrokeArts::insert(std::size_t index, const StrokePtr& stroke)
+{
+    const auto at = m_arts.begin() + static_cast<std::ptrdiff_t>(std::min(index, m_arts.size()));
+    return **m_arts.insert(at, std::make_unique<StrokeArt>(stroke));
+}
+
+void StrokeArts::take(StrokeId id)
+{
+    const auto at = place(id);
+    if (at != m_arts.end())
+        m_arts.erase(at);
+}
+
+const StrokeArt* StrokeArts::replace(const StrokePtr& stroke)
+{
+    const auto at = place(stroke->id);
+    if (at == m_arts.end())
+        return nullptr;
+    *at = std::make_unique<StrokeArt>(stroke);
+    return at->get();
+}

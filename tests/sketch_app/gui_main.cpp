@@ -1,0 +1,12 @@
+// main of tests with widgets: they are shown on no screen.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+
+int main(int argc, char** argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
