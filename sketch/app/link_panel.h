@@ -1,0 +1,42 @@
+// How it stands with the editor, always in view: an icon, words, who else waits, and the buttons that answer.
+#pragma once
+
+#include <QFrame>
+#include <QString>
+#include <QTimer>
+
+class IconLabel;
+class QAction;
+class QLabel;
+class QPushButton;
+class SketchSession;
+
+class LinkPanel : public QFrame {
+    Q_OBJECT
+
+public:
+    // isLinked: false when the program was started without the link.
+    LinkPanel(SketchSession& session, QAction& send, QAction& cancel, bool isLinked,
+              QWidget* parent = nullptr);
+
+    QString stateText() const;
+    QString othersText() const; // empty when nobody else waits
+    bool focusFirst();
+
+signals:
+    void listenAgain(); // the user wants the port tried once more
+
+private:
+    void refresh();
+    QString words() const;
+    const char* iconName() const;
+
+    SketchSession& m_session;
+    bool m_isLinked;
+    IconLabel* m_icon;
+    QLabel* m_state;
+    QLabel* m_others;
+    QPushButton* m_again;
+    QWidget* m_send;
+    QTimer m_minutes; // what is said of times grows old
+};
