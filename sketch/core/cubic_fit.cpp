@@ -218,10 +218,4 @@ bool is_along_pieces(const Cubic& cubic, const Vec2* points, const std::vector<d
     return true;
 }
 
-Vec2 point_of_cubic(const Vec2* segment, double t)
-{
-    const auto w = weights_at(t);
-    return w[0] * segment[0] + w[1] * segment[1] + w[2] * segment[2] + w[3] * segment[3];
-}
-
 } // namespace vnt::sketch

@@ -86,12 +86,16 @@ private:
         const Vec2* points = &path_[first];
         spread_parameters(first, last);
         Cubic cubic = nearest_cubic(points, parameters_, headings);
+        double before = kHopeless * tolerance_;
         for (int i = 0;; ++i) {
             const double off = distances_at(cubic, points, parameters_, offs_);
             if (off <= tolerance_ && is_along_pieces(cubic, points, parameters_, offs_, tolerance_))
                 return cubic;
-            if (i == kMostSteps || !(off <= kHopeless * tolerance_))
+            // What one step gained, the next ones will not exceed.
+            const bool is_late = i > 0 && off - (kMostSteps - i) * (before - off) > tolerance_;
+            if (i == kMostSteps || !(off <= kHopeless * tolerance_) || is_late)
                 return std::nullopt;
+            before = off;
             step_parameters(cubic, points, parameters_);
             cubic = nearest_cubic(points, parameters_, headings);
         }

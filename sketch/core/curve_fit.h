@@ -30,6 +30,11 @@ Path fit_curve(const Path& path, double tolerance, const std::vector<std::size_t
 Path fit_closed_curve(const Path& path, double tolerance, const std::vector<std::size_t>& sharp = {});
 
 // Of a cubic's four points at t from 0 to 1.
-Vec2 point_of_cubic(const Vec2* segment, double t);
+inline Vec2 point_of_cubic(const Vec2* segment, double t)
+{
+    const double s = 1 - t;
+    return (s * s * s) * segment[0] + (3 * s * s * t) * segment[1] + (3 * s * t * t) * segment[2] +
+           (t * t * t) * segment[3];
+}
 
 } // namespace vnt::sketch
