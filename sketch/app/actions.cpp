@@ -80,6 +80,8 @@ void Actions::makeEditActions(QUndoStack& undoStack)
     redo->setEnabled(false);
     connect(&undoStack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
     connect(&undoStack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+    for (QAction* action : {undo, redo})
+        action->setIconText(action->iconText()); // without the step, also when the text names one
     // Without a step to name, the plain word stands.
     connect(&undoStack, &QUndoStack::undoTextChanged, undo, [this](const QString& step) {
         undo->setText(step.isEmpty() ? tr("&Undo") : tr("&Undo: %1").arg(step));
@@ -88,6 +90,7 @@ void Actions::makeEditActions(QUndoStack& undoStack)
         redo->setText(step.isEmpty() ? tr("&Redo") : tr("&Redo: %1").arg(step));
     });
     selectAll = make("selectAll", tr("Select &All"), "", {QKeySequence("Ctrl+A")});
+    selectNone = make("selectNone", tr("Select &None"), "", {QKeySequence("Ctrl+Shift+A")});
     selectNext = make("selectNext", tr("Select Ne&xt Stroke"), "", {QKeySequence(".")});
     selectPrevious = make("selectPrevious", tr("Select Pre&vious Stroke"), "", {QKeySequence(",")});
     duplicate = make("duplicate", tr("&Duplicate"), "duplicate", {QKeySequence("Ctrl+D")});

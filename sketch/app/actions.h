@@ -19,7 +19,7 @@ public:
     Actions(QWidget& window, QUndoStack& undoStack);
 
     QAction *newSheet, *open, *insert, *save, *saveAs, *exportSvg, *exportPng, *preferences, *quit;
-    QAction *undo, *redo, *selectAll, *selectNext, *selectPrevious, *duplicate, *remove, *clear,
+    QAction *undo, *redo, *selectAll, *selectNone, *selectNext, *selectPrevious, *duplicate, *remove, *clear,
         *otherReadings;
     QAction *moveLeft, *moveRight, *moveUp, *moveDown, *moveFarLeft, *moveFarRight, *moveFarUp, *moveFarDown;
     QAction *send, *cancel;

@@ -6,6 +6,8 @@
 #include <QStyle>
 #include <QStyleFactory>
 
+#include <utility>
+
 namespace {
 
 struct Inks {
@@ -42,6 +44,10 @@ QPalette paletteOf(const Inks& inks)
     palette.setColor(QPalette::Link, inks.link);
     palette.setColor(QPalette::LinkVisited, inks.link);
     palette.setColor(QPalette::Light, inks.edge);
+    if (inks.window == inks.button) { // without shades: lines of frames and separators
+        for (const auto role : {QPalette::Midlight, QPalette::Mid, QPalette::Dark, QPalette::Shadow})
+            palette.setColor(role, inks.faint);
+    }
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, inks.faint);
     return palette;
@@ -62,6 +68,25 @@ QSlider::handle:horizontal { width: 12px; margin: -6px 0; border: 2px solid pale
 QSlider::handle:horizontal:focus { background: palette(highlight); }
 LinkPanel QToolButton { border-color: palette(button-text); padding: 4px 10px; }
 LinkPanel QToolButton:disabled { border-style: dashed; border-color: palette(mid); }
+QCheckBox::indicator { width: 14px; height: 14px; border: 2px solid palette(text); background: palette(base); }
+QCheckBox::indicator:checked { image: url(:/icons/tick-%1.svg); }
+QCheckBox::indicator:disabled { border-style: dashed; border-color: palette(mid); }
+QCheckBox::indicator:focus { border: 3px double palette(highlight); }
+QAbstractSpinBox, QComboBox, QLineEdit { border: 2px solid palette(text); padding: 2px 4px; background: palette(base); }
+QAbstractSpinBox:focus, QComboBox:focus, QLineEdit:focus { border-color: palette(highlight); border-style: double; border-width: 3px; }
+QAbstractSpinBox:disabled, QComboBox:disabled, QLineEdit:disabled { border-style: dashed; border-color: palette(mid); }
+QAbstractSpinBox::up-button { subcontrol-origin: border; subcontrol-position: top right; width: 18px; border-left: 2px solid palette(text); border-bottom: 1px solid palette(text); }
+QAbstractSpinBox::down-button { subcontrol-origin: border; subcontrol-position: bottom right; width: 18px; border-left: 2px solid palette(text); border-top: 1px solid palette(text); }
+QAbstractSpinBox::up-arrow { image: url(:/icons/up-%1.svg); width: 10px; height: 7px; }
+QAbstractSpinBox::down-arrow, QComboBox::down-arrow { image: url(:/icons/down-%1.svg); width: 10px; height: 7px; }
+QComboBox::drop-down { subcontrol-origin: border; subcontrol-position: top right; width: 18px; border-left: 2px solid palette(text); }
+QComboBox QAbstractItemView { border: 2px solid palette(text); }
+QTabWidget::pane { border: 2px solid palette(window-text); top: -2px; }
+QTabBar::tab { border: 2px solid palette(window-text); padding: 4px 10px; margin-right: 2px; }
+QTabBar::tab:selected { background: palette(highlight); color: palette(highlighted-text); }
+QTabBar::tab:focus { border: 3px double palette(highlight); }
+QTableView { border: 2px solid palette(text); gridline-color: palette(mid); }
+QHeaderView::section { border: none; border-bottom: 2px solid palette(window-text); padding: 3px; background: palette(button); color: palette(button-text); }
 QMenu { border: 2px solid palette(window-text); }
 QMenu::item:selected, QMenuBar::item:selected { background: palette(highlight); color: palette(highlighted-text); }
 QToolTip { border: 1px solid palette(window-text); color: palette(window-text); background: palette(window); }
@@ -103,16 +128,29 @@ Look lookOf(ColourChoice choice, const DesktopWishes& wishes, const QPalette& de
 
 Appearance::Appearance() : m_style(QApplication::style()->name()), m_palette(QApplication::palette()) {}
 
+bool Appearance::followDesktop()
+{
+    if (m_isOwn || QApplication::palette() == m_palette)
+        return false;
+    m_palette = QApplication::palette();
+    return true;
+}
+
 void Appearance::apply(const Look& look)
 {
-    const QString frames = look.isHighContrast ? QLatin1String(kContrastFrames) : QLatin1String();
+    QString frames;
+    if (look.isHighContrast)
+        frames = QString::fromLatin1(kContrastFrames)
+                     .replace("%1", look.palette && is_dark(*look.palette) ? "white" : "black");
     if (qApp->styleSheet() != frames)
         qApp->setStyleSheet({}); // it hides the style's name
     // Of all styles this one alone follows any palette.
     const QString style = look.palette ? QStringLiteral("fusion") : m_style;
     if (QApplication::style()->name() != style)
         QApplication::setStyle(style);
-    QApplication::setPalette(look.palette.value_or(QPalette()));
+    const bool wasOwn = std::exchange(m_isOwn, look.palette.has_value());
+    if (wasOwn || m_isOwn)
+        QApplication::setPalette(look.palette.value_or(QPalette())); // none: the desktop's
     if (qApp->styleSheet() != frames)
         qApp->setStyleSheet(frames);
 }

@@ -25,9 +25,12 @@ class Appearance {
 public:
     Appearance(); // remembers what the desktop gave
     void apply(const Look& look);
+    // What the desktop gives now; true when that is another than before.
+    bool followDesktop();
     const QPalette& desktopPalette() const { return m_palette; }
 
 private:
     QString m_style;
     QPalette m_palette;
+    bool m_isOwn = false; // the program's palette is of our own
 };

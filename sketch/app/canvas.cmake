@@ -3,7 +3,7 @@ add_library(vnt_sketch_canvas STATIC
   canvas_colours.cpp canvas_private.cpp canvas_stage.cpp canvas_view.cpp draw_gesture.cpp erase_gesture.cpp
   grid_painter.cpp kind_names.cpp offered_readings.cpp pan_gesture.cpp pen_input.cpp reading_offer.cpp
   select_gesture.cpp shape_adjusting.cpp sheet_backing.cpp sketch_canvas.cpp sketch_commands.cpp sketch_model.cpp
-  snap_marks.cpp stroke_art.cpp stroke_painter.cpp tool.cpp two_fingers.cpp
+  snap_marks.cpp stroke_art.cpp stroke_mapping.cpp stroke_painter.cpp tool.cpp two_fingers.cpp
   # Named, so that their meta objects are made:
   offered_readings.h pen_input.h sketch_canvas.h sketch_model.h)
 add_library(vnt::sketch_canvas ALIAS vnt_sketch_canvas)

@@ -33,10 +33,11 @@ QCursor eraserCursor()
 } // namespace
 
 SketchCanvas::Private::Private(SketchModel& model, SketchCanvas& owner)
-    : q(owner), stage(model, owner), offers(stage), input(*this)
+    : q(owner), stage(model, owner), offers(stage), input(*this),
+      m_sheetSize(model.sheet().width, model.sheet().height)
 {
     stage.viewMoved = [this] {
-        offers.viewMoved();
+        offers.stageChanged();
         emit q.viewChanged();
     };
     connect(&offers, &OfferedReadings::changed, &q, &SketchCanvas::offerChanged);
@@ -67,13 +68,20 @@ void SketchCanvas::Private::followModel(SketchModel& model)
         stage.spoilAll();
     });
     connect(&model, &SketchModel::selectionChanged, &q, [this] { updateSelection(); });
-    connect(&model, &SketchModel::sheetChanged, &q, [this, &model] {
-        finishGesture();
-        CanvasView view = stage.view();
-        view.setScale(1, view.middle()); // as large as the editor shows it
-        view.centreOn({model.sheet().width / 2, model.sheet().height / 2});
-        stage.setView(view);
+    connect(&model, &SketchModel::sheetIsToChange, &q, [this] { settle(); });
+    connect(&model, &SketchModel::sheetChanged, &q, [this, &model](const Affine& map) {
+        if (map != Affine())
+            stage.arts.reset(model.document().strokes());
+        const QSizeF size(model.sheet().width, model.sheet().height);
+        if (map != Affine() || size != m_sheetSize) {
+            CanvasView view = stage.view();
+            view.setScale(1, view.middle()); // as large as the editor shows it
+            view.centreOn({size.width() / 2, size.height() / 2});
+            stage.setView(view);
+        }
+        m_sheetSize = size;
         stage.spoilAll();
+        offers.stageChanged(); // another grid
     });
 }
 
@@ -92,12 +100,13 @@ std::unique_ptr<Gesture> SketchCanvas::Private::gestureFor(const PenSample& samp
 
 void SketchCanvas::Private::penDown(const PenSample& sample, Use use)
 {
+    q.setFocus(Qt::MouseFocusReason); // Qt does it for the mouse alone
     finishGesture();
     if (use != Use::pan)
         offers.take();
     if (draws(tool) && use == Use::tool)
         stage.model.setSelection({});
-    offers.setSnapping(!sample.modifiers.testFlag(Qt::AltModifier));
+    offers.setSnapping(!suspendsSnapping(sample.modifiers));
     m_last = sample;
     m_gesture = gestureFor(sample, use);
     showCursor();
@@ -106,7 +115,7 @@ void SketchCanvas::Private::penDown(const PenSample& sample, Use use)
 void SketchCanvas::Private::penMoved(const PenSample& sample)
 {
     m_last = sample;
-    offers.setSnapping(!sample.modifiers.testFlag(Qt::AltModifier));
+    offers.setSnapping(!suspendsSnapping(sample.modifiers));
     if (m_gesture)
         m_gesture->move(sample);
     hovered(sample.at);
@@ -116,7 +125,7 @@ void SketchCanvas::Private::penLifted(const PenSample& sample)
 {
     if (!m_gesture)
         return;
-    offers.setSnapping(!sample.modifiers.testFlag(Qt::AltModifier));
+    offers.setSnapping(!suspendsSnapping(sample.modifiers));
     const std::unique_ptr<Gesture> gesture = std::move(m_gesture);
     gesture->lift(sample);
     showCursor();
@@ -151,6 +160,13 @@ void SketchCanvas::Private::finishGesture()
     penLifted(m_last);
 }
 
+void SketchCanvas::Private::settle()
+{
+    finishGesture();
+    if (offers.isProposed())
+        offers.take();
+}
+
 void SketchCanvas::Private::cancelGesture()
 {
     if (!m_gesture)
@@ -170,7 +186,7 @@ StrokeId SketchCanvas::Private::strokeForTab() const
 
 bool SketchCanvas::Private::isTabOurs() const
 {
-    return offers.isShown() || (!q.isDrawing() && strokeForTab() != 0);
+    return offers.isShown() || isGesturing() || strokeForTab() != 0;
 }
 
 void SketchCanvas::Private::moveSelection(QPointF pixels)
@@ -178,8 +194,8 @@ void SketchCanvas::Private::moveSelection(QPointF pixels)
     QTransform unturned;
     unturned.rotate(-stage.view().rotation());
     const QPointF move = unturned.map(pixels) / stage.view().scale();
-    finishGesture();
-    stage.model.transform(stage.model.selection(), Affine{1, 0, 0, 1, move.x(), move.y()});
+    settle();
+    stage.model.nudge(stage.model.selection(), {move.x(), move.y()});
 }
 
 void SketchCanvas::Private::setSpace(bool isHeld)

@@ -25,9 +25,10 @@ public:
     bool isGesturing() const { return m_gesture != nullptr; }
     void finishGesture();
     void cancelGesture();
+    void settle(); // as SketchCanvas's
     // The one that Tab would offer the readings of; 0: none.
     vnt::sketch::StrokeId strokeForTab() const;
-    bool isTabOurs() const;
+    bool isTabOurs() const; // whatever is done with it
     void moveSelection(QPointF pixels);
     void setSpace(bool isHeld);
     void showCursor();
@@ -49,5 +50,6 @@ private:
 
     std::unique_ptr<Gesture> m_gesture;
     PenSample m_last;
+    QSizeF m_sheetSize; // that the view was centred for
     bool m_isSpaceHeld = false;
 };

@@ -1,20 +1,26 @@
 #include "sketch/app/draw_gesture.h"
 
+#include "sketch/core/ink_line.h"
+
 #include <QLineF>
 
 #include <algorithm>
 #include <utility>
 
 using vnt::sketch::Ink;
-using vnt::sketch::InkPoint;
 using vnt::sketch::Reading;
 using vnt::sketch::Stabiliser;
 using vnt::sketch::StrokeId;
+using vnt::sketch::Vec2;
 
 namespace {
 
 // Screen pixels; a hand that holds a pen still moves it by less.
 constexpr double kRestReach = 3;
+
+// Points at the ink's end that are looked at when another comes: those whose line may change, and as many as
+// that takes to know behind them.
+constexpr std::size_t kEnd = 2 * vnt::sketch::kUnsettled;
 
 } // namespace
 
@@ -35,6 +41,7 @@ void DrawGesture::move(const PenSample& sample)
     if (m_offeredAt && !m_offers.isShown()) { // dropped: the ink goes on
         m_offeredAt.reset();
         m_isDragging = false;
+        m_wasDropped = true;
     }
     if (!m_offeredAt) {
         add(sample);
@@ -56,16 +63,14 @@ void DrawGesture::lift(const PenSample& sample)
         take(m_stabiliser.finish());
     const bool wasOffered = m_offers.isLive();
     const std::optional<Reading> reading = m_offers.takeLive();
-    QRectF box;
-    spreadBox(m_ink, box);
-    m_stage.update(box);
+    m_stage.update(boxOf(m_ink));
     std::vector<Reading> readings = toolReadings(m_tool, m_ink, m_stage.recognition());
     const StrokeId id = m_stage.model.addInk(std::move(m_ink), std::move(readings));
     m_ink.clear();
     m_drawn(id);
     if (reading)
         m_stage.model.convert(id, *reading);
-    else if (!wasOffered && (m_stage.settings.convertAlways || forcesReading(m_tool)))
+    else if (!wasOffered && !m_wasDropped && (m_stage.settings.convertAlways || forcesReading(m_tool)))
         m_offers.propose(id);
 }
 
@@ -74,8 +79,7 @@ void DrawGesture::cancel()
     m_restTimer.stop();
     if (m_offers.isLive())
         m_offers.drop();
-    QRectF box = m_tailBox;
-    spreadBox(m_ink, box);
+    const QRectF box = m_endBox | boxOf(m_ink);
     m_ink.clear();
     m_stabiliser = Stabiliser();
     m_stage.update(box);
@@ -88,40 +92,33 @@ void DrawGesture::add(const PenSample& sample)
     take(m_stabiliser.add({place.x, place.y, sample.time_ms - m_begun_ms, sample.pressure}));
 }
 
+// Only where the ink's end was and is: what lies further behind stays as it is.
 void DrawGesture::take(const Ink& more)
 {
-    const std::size_t from = m_ink.empty() ? 0 : m_ink.size() - 1;
+    const std::size_t from = m_ink.size() - std::min(m_ink.size(), kEnd);
     m_ink.insert(m_ink.end(), more.begin(), more.end());
-    updateInk(from);
+    const QRectF box = boxOf(inkFrom(from));
+    m_stage.update(box | m_endBox);
+    m_endBox = box;
 }
 
-// Only where ink has come, and where the tail was and is.
-void DrawGesture::updateInk(std::size_t from)
+QRectF DrawGesture::boxOf(const Ink& ink) const
 {
     QRectF box;
-    spreadBox(Ink(m_ink.begin() + static_cast<std::ptrdiff_t>(from), m_ink.end()), box);
-    QRectF tailBox;
-    spreadBox(tail(), tailBox);
-    m_stage.update(box | m_tailBox | tailBox);
-    m_tailBox = tailBox;
-}
-
-void DrawGesture::spreadBox(const Ink& ink, QRectF& box) const
-{
     const double margin = m_stage.settings.inkWidth / 2 + 1;
-    for (const InkPoint& point : ink) {
-        const QPointF at = m_stage.view().toWidget({point.x, point.y});
+    for (const Vec2 place : vnt::sketch::ink_line(ink).places) {
+        const QPointF at = m_stage.view().toWidget({place.x, place.y});
         box |= QRectF(at.x() - margin, at.y() - margin, 2 * margin, 2 * margin);
     }
+    return box;
 }
 
-Ink DrawGesture::tail() const
+Ink DrawGesture::inkFrom(std::size_t from) const
 {
-    Stabiliser rest = m_stabiliser;
-    Ink tail = rest.finish();
-    if (!m_ink.empty())
-        tail.insert(tail.begin(), m_ink.back());
-    return tail;
+    Ink ink(m_ink.begin() + static_cast<std::ptrdiff_t>(from), m_ink.end());
+    const Ink rest = Stabiliser(m_stabiliser).finish();
+    ink.insert(ink.end(), rest.begin(), rest.end());
+    return ink;
 }
 
 void DrawGesture::watchForRest(QPointF at)
@@ -146,8 +143,7 @@ void DrawGesture::paint(QPainter& painter, const QRectF& within) const
     painter.setRenderHint(QPainter::Antialiasing);
     const QTransform map = m_stage.view().sheetToWidget();
     const QColor colour = m_stage.fadedLook(m_offeredAt ? m_offers.fading() : 0).ink;
-    Ink whole = m_ink; // in one go: two strokes that meet are darker there
-    const Ink rest = Stabiliser(m_stabiliser).finish();
-    whole.insert(whole.end(), rest.begin(), rest.end());
-    paintInk(painter, whole, map, colour, m_stage.settings.inkWidth, within);
+    // In one go: two strokes that meet are darker there.
+    const vnt::sketch::InkLine line = vnt::sketch::ink_line(inkFrom(0));
+    paintInk(painter, line.places, line.pressures, map, colour, m_stage.settings.inkWidth, within);
 }

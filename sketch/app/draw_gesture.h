@@ -27,11 +27,10 @@ private:
     void add(const PenSample& sample);
     void take(const vnt::sketch::Ink& more);
     void watchForRest(QPointF at);
-    void rest(); // the pen has
-    void spreadBox(const vnt::sketch::Ink& ink, QRectF& box) const;
-    void updateInk(std::size_t from);
-    // What the stabiliser still holds back, from the ink's last point on.
-    vnt::sketch::Ink tail() const;
+    void rest();                                     // the pen has
+    QRectF boxOf(const vnt::sketch::Ink& ink) const; // widget; of all that is painted of it
+    // From one of its points on, and what the stabiliser still holds back.
+    vnt::sketch::Ink inkFrom(std::size_t from) const;
 
     CanvasStage& m_stage;
     OfferedReadings& m_offers;
@@ -41,10 +40,11 @@ private:
     vnt::sketch::Stabiliser m_stabiliser;
     vnt::sketch::Ink m_ink;
     double m_pressure = 1; // of the last sample that the pen was down
-    QRectF m_tailBox;      // widget
+    QRectF m_endBox;       // widget; of the ink's end as it was painted last
     QTimer m_restTimer;
     QPointF m_restsAt; // widget
     QPointF m_pen;
     std::optional<QPointF> m_offeredAt; // widget; while a reading is offered
     bool m_isDragging = false;
+    bool m_wasDropped = false; // what was offered: the ink is to stay
 };

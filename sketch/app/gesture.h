@@ -16,6 +16,12 @@ struct PenSample {
     Qt::KeyboardModifiers modifiers;
 };
 
+// Many desktops keep Alt with a button held for moving windows; Ctrl does the same here.
+constexpr bool suspendsSnapping(Qt::KeyboardModifiers held)
+{
+    return (held & (Qt::AltModifier | Qt::ControlModifier)) != 0;
+}
+
 class Gesture {
 public:
     Gesture() = default;

@@ -1,6 +1,7 @@
 #include "sketch/app/keys_dialog.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QTableWidget>
@@ -8,11 +9,25 @@
 
 namespace {
 
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(KeysDialog)
+};
+
+// Signs that are hardly seen have their names beside them.
+QString nameOf(const QKeySequence& key)
+{
+    if (key == QKeySequence("."))
+        return Words::tr("Full stop (.)");
+    if (key == QKeySequence(","))
+        return Words::tr("Comma (,)");
+    return key.toString(QKeySequence::NativeText);
+}
+
 QString keysOf(const QAction& action)
 {
     QStringList keys;
     for (const QKeySequence& key : action.shortcuts())
-        keys += key.toString(QKeySequence::NativeText);
+        keys += nameOf(key);
     return keys.join(", ");
 }
 
@@ -41,8 +56,8 @@ KeysDialog::KeysDialog(const QList<QAction*>& actions, QWidget* parent) : QDialo
            tr("At a stroke's end: shows what it is read as; drag on to change its size"));
     addRow(*table, tab, tr("Shows another reading of the stroke; with Shift the one before"));
     addRow(*table, tr("Enter"), tr("Takes the reading that is shown"));
-    addRow(*table, tr("Esc"), tr("Keeps the stroke as it is"));
-    addRow(*table, tr("Alt, held"), tr("Nothing snaps"));
+    addRow(*table, tr("Esc"), tr("Keeps the stroke as it is; else clears the selection"));
+    addRow(*table, tr("Alt or Ctrl, held"), tr("Nothing snaps"));
     addRow(*table, tr("Space, held"), tr("Drags the sheet"));
     addRow(*table, tr("Ctrl+wheel"), tr("Zooms about the pointer"));
     for (const QAction* action : actions) {

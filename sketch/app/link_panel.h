@@ -7,6 +7,7 @@
 
 class IconLabel;
 class QAction;
+class QBoxLayout;
 class QLabel;
 class QPushButton;
 class SketchSession;
@@ -23,10 +24,22 @@ public:
     QString othersText() const; // empty when nobody else waits
     bool focusFirst();
 
+    // In a narrow window the buttons stand below the words.
+    QSize minimumSizeHint() const override;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
 signals:
     void listenAgain(); // the user wants the port tried once more
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    bool isNarrow(int width) const;
+    int leastWordsWidth() const;
+    int buttonsWidth(int ofOthers) const;
+    void arrange();
     void refresh();
     QString words() const;
     const char* iconName() const;
@@ -38,5 +51,8 @@ private:
     QLabel* m_others;
     QPushButton* m_again;
     QWidget* m_send;
-    QTimer m_minutes; // what is said of times grows old
+    QBoxLayout* m_parts;   // words and buttons
+    QBoxLayout* m_words;   // the icon and the state
+    QBoxLayout* m_buttons; // who else waits, and the buttons
+    QTimer m_minutes;      // what is said of times grows old
 };

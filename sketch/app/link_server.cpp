@@ -318,6 +318,11 @@ void LinkServer::Private::shutDown()
     m_gate.waitForNewConnection(0); // all who have connected and were not taken yet: they are answered too
     m_gate.close();
     const int others = othersWaiting();
+    bool isAnswered = false;
+    QObject here; // hears of it within this call alone
+    if (isSending())
+        QObject::connect(m_waiting.front().connection, &EditorConnection::handedOver, &here,
+                         [&] { isAnswered = true; });
     if (!m_waiting.empty())
         log(QStringLiteral("the program ends: waiting editors that get an empty figure: %1")
                 .arg(m_waiting.size()));
@@ -330,6 +335,8 @@ void LinkServer::Private::shutDown()
     settle();
     m_isEnding = false;
     state = State::closed;
+    if (isAnswered)
+        emit q.answered();
     if (others > 0)
         emit q.othersWaitingChanged();
     emit q.stateChanged();

@@ -61,8 +61,8 @@ public:
     // system.
     bool answer(const QByteArray& line);
     bool cancel(); // answers with an empty figure
-    // Answers every waiting editor with an empty figure, waits (a moment) until that is on its way, and
-    // listens no more.
+    // Answers every waiting editor with an empty figure, waits (a moment) until that, and an answer before it,
+    // is on its way, and listens no more.
     void shutDown();
 
 signals:
@@ -70,7 +70,7 @@ signals:
     void othersWaitingChanged();
     void requested(const vnt::sketch::Request& request); // an editor has its turn
     void editorLeft();                // the one that had its turn, without its whole answer
-    void answered();                  // the whole line has been handed to the system
+    void answered();                  // the whole line has been handed to the system; also within shutDown()
     void logged(const QString& line); // for the log; one line, no secrets
 
 private:

@@ -24,6 +24,15 @@
 #include <algorithm>
 #include <utility>
 
+namespace {
+
+constexpr int kSavingMilliseconds = 400;
+
+// Pixels; of a window that has no frame yet.
+constexpr QSize kUsualFrame(16, 48);
+
+} // namespace
+
 MainWindow::MainWindow(const WindowSetup& setup, QWidget* parent)
     : QMainWindow(parent), m_log(setup.logFile), m_store(setup.settingsFile), m_settings(m_store.load()),
       m_session(setup.journalFolder), m_setup(setup),
@@ -50,9 +59,14 @@ MainWindow::MainWindow(const WindowSetup& setup, QWidget* parent)
     connectView();
     connectOptions();
     connectLink();
+    m_canvas->setMinimumSize(160, 120);
     resize(1180, 860);
     restoreGeometry(m_store.windowGeometry());
     restoreState(m_store.windowState());
+    keepOnScreen();
+    m_saving.setSingleShot(true);
+    m_saving.setInterval(kSavingMilliseconds);
+    connect(&m_saving, &QTimer::timeout, this, [this] { m_store.save(m_settings); });
     applySettings(m_settings);
     m_canvas->setFocus();
     showTitle();
@@ -62,6 +76,8 @@ MainWindow::MainWindow(const WindowSetup& setup, QWidget* parent)
 // The sketch is a member, and goes before what the window owns: whatever follows the sketch goes first.
 MainWindow::~MainWindow()
 {
+    if (m_saving.isActive())
+        m_store.save(m_settings);
     m_session.end();
     m_session.disconnect(this);
     m_session.link().disconnect(this);
@@ -95,7 +111,7 @@ void MainWindow::bringUp()
 
 bool MainWindow::openFile(const QString& file)
 {
-    m_canvas->finishStroke();
+    m_canvas->settle();
     return m_files->open(file);
 }
 
@@ -114,22 +130,38 @@ void MainWindow::showEvent(QShowEvent* event)
         return;
     layout()->activate();
     centralWidget()->layout()->activate();
-    m_canvas->fitSheet();
+    if (m_session.file().isEmpty())
+        m_canvas->fitSheet();
+    else
+        m_canvas->fitSketch();
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        m_actions->fullScreen->setChecked(isFullScreen()); // the desktop has a key of its own for it
+    else if (event->type() == QEvent::PaletteChange)
+        QTimer::singleShot(0, this, [this] { // when the palette that comes is whole
+            if (m_appearance.followDesktop())
+                applyLook();
+        });
 }
 
 // The answer comes before the window goes; what is on the sheet stays in its journal.
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    m_canvas->finishStroke();
+    m_canvas->settle();
     m_session.end();
     m_store.saveWindow(saveGeometry(), saveState());
+    m_saving.stop();
     m_store.save(m_settings);
     event->accept();
 }
 
 void MainWindow::send()
 {
-    m_canvas->finishStroke();
+    m_canvas->settle();
     m_session.send();
 }
 
@@ -150,8 +182,23 @@ void MainWindow::showEditorSheet(double turn)
 {
     makeRoomFor(m_session.model().sheet());
     m_canvas->setRotation(turn);
+    showSheet();
+}
+
+// An editor's at its scale.
+void MainWindow::showSheet()
+{
     m_canvas->fitSheet();
-    m_canvas->setScale(1); // the editor's
+    if (m_session.editorWaits())
+        m_canvas->setScale(1);
+}
+
+void MainWindow::keepOnScreen()
+{
+    if (isMaximized() || isFullScreen())
+        return;
+    const QSize frame = (frameSize() - size()).expandedTo(kUsualFrame);
+    resize(size().boundedTo(screen()->availableSize() - frame));
 }
 
 void MainWindow::makeRoomFor(const vnt::sketch::Sheet& sheet)
@@ -194,7 +241,7 @@ void MainWindow::changeCanvas(const std::function<void(CanvasSettings&)>& change
     Settings settings = m_settings;
     change(settings.canvas);
     applySettings(settings);
-    m_store.save(settings);
+    m_saving.start();
     if (m_preferences != nullptr)
         m_preferences->setSettings(settings);
 }
@@ -222,7 +269,7 @@ void MainWindow::moveSelection(double x, double y)
     const QTransform widgetToSheet = m_canvas->sheetToWidget().inverted();
     const QPointF by = widgetToSheet.map(QPointF(x, y)) - widgetToSheet.map(QPointF(0, 0));
     SketchModel& model = m_session.model();
-    model.transform(model.selection(), {1, 0, 0, 1, by.x(), by.y()});
+    model.nudge(model.selection(), {by.x(), by.y()});
 }
 
 void MainWindow::showPreferences()
@@ -231,7 +278,7 @@ void MainWindow::showPreferences()
         m_preferences = new PreferencesDialog(m_settings, this);
         connect(m_preferences, &PreferencesDialog::changed, this, [this](const Settings& settings) {
             applySettings(settings);
-            m_store.save(settings);
+            m_saving.start();
         });
     }
     m_preferences->setSettings(m_settings);
@@ -284,7 +331,7 @@ void MainWindow::showWhatIsPossible()
     SketchModel& model = m_session.model();
     const bool isSomething = !model.document().strokes().empty();
     const bool isSelected = !model.selection().empty();
-    for (QAction* action : {m_actions->duplicate, m_actions->remove})
+    for (QAction* action : {m_actions->duplicate, m_actions->remove, m_actions->selectNone})
         action->setEnabled(isSelected);
     for (QAction* action : m_actions->moves())
         action->setEnabled(isSelected);

@@ -8,6 +8,7 @@
 #include "sketch/app/sketch_session.h"
 
 #include <QMainWindow>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -57,6 +58,7 @@ public:
 protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void makeMenus();
@@ -73,6 +75,8 @@ private:
     void send();
     void takeEditorSheet(bool isSketchThere);
     void showEditorSheet(double turn);
+    void showSheet();
+    void keepOnScreen();
     void makeRoomFor(const vnt::sketch::Sheet& sheet);
     void selectBeside(int step);
     void moveSelection(double x, double y);
@@ -103,5 +107,6 @@ private:
     PreferencesDialog* m_preferences = nullptr;
     KeysDialog* m_keys = nullptr;
     std::optional<double> m_editorTurn; // of the sheet that comes next
+    QTimer m_saving;                    // of settings that have changed, when they have come to rest
     bool m_wasShown = false;
 };

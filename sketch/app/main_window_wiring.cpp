@@ -23,12 +23,12 @@ constexpr double kZoomStep = 1.25;
 constexpr double kTurnStep = 15;      // degrees
 constexpr double kDuplicateStep = 16; // sheet pixels
 
-// What an action does ends what is being drawn: it is about the whole sketch.
+// What an action does is about the whole sketch as one sees it.
 template <class Act>
 void whenChosen(QAction* action, SketchCanvas& canvas, QObject* context, Act act)
 {
     QObject::connect(action, &QAction::triggered, context, [&canvas, act] {
-        canvas.finishStroke();
+        canvas.settle();
         act();
     });
 }
@@ -49,7 +49,7 @@ void MainWindow::makeMenus()
     QMenu* const edit = menuBar()->addMenu(tr("&Edit"));
     edit->addActions({a.undo, a.redo});
     edit->addSeparator();
-    edit->addActions({a.selectAll, a.selectNext, a.selectPrevious, a.otherReadings});
+    edit->addActions({a.selectAll, a.selectNone, a.selectNext, a.selectPrevious, a.otherReadings});
     edit->addSeparator();
     edit->addActions({a.duplicate, a.remove, a.clear});
     makeDrawMenu();
@@ -98,7 +98,7 @@ void MainWindow::connectFiles()
     const Actions& a = *m_actions;
     whenChosen(a.newSheet, *m_canvas, this, [this] {
         m_session.newSheet();
-        m_canvas->fitSheet();
+        showSheet();
     });
     whenChosen(a.open, *m_canvas, this, [this] { m_files->askOpen(); });
     whenChosen(a.insert, *m_canvas, this, [this] { m_files->askInsert(); });
@@ -114,7 +114,7 @@ void MainWindow::connectFiles()
     connect(m_files, &FileDesk::said, m_status, &StatusPanel::say);
     connect(m_files, &FileDesk::opened, m_canvas, &SketchCanvas::fitSketch);
     connect(m_questions, &Questions::recovered, this, [this] {
-        m_canvas->fitSheet();
+        showSheet();
         m_canvas->setFocus();
     });
     connect(m_notices, &NoticeArea::answered, m_canvas, qOverload<>(&QWidget::setFocus));
@@ -124,7 +124,7 @@ void MainWindow::connectEditing()
 {
     const Actions& a = *m_actions;
     SketchModel& model = m_session.model();
-    whenChosen(a.undo, *m_canvas, this, [&model] { model.undoStack().undo(); });
+    connect(a.undo, &QAction::triggered, m_canvas, &SketchCanvas::undo);
     whenChosen(a.redo, *m_canvas, this, [&model] { model.undoStack().redo(); });
     connect(a.tools, &QActionGroup::triggered, this, [this](const QAction* action) {
         m_canvas->finishStroke();
@@ -158,9 +158,11 @@ void MainWindow::connectSelecting()
             all.push_back(stroke->id);
         model.setSelection(std::move(all));
     });
+    whenChosen(a.selectNone, *m_canvas, this, [&model] { model.setSelection({}); });
     whenChosen(a.selectNext, *m_canvas, this, [this] { selectBeside(1); });
     whenChosen(a.selectPrevious, *m_canvas, this, [this] { selectBeside(-1); });
-    whenChosen(a.otherReadings, *m_canvas, this, [this, &model] {
+    connect(a.otherReadings, &QAction::triggered, this, [this, &model] { // of one that is shown, too
+        m_canvas->finishStroke();
         const auto& strokes = model.document().strokes();
         if (!strokes.empty())
             m_canvas->offerReadings(model.selection().empty() ? strokes.back()->id

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+using vnt::sketch::Affine;
 using vnt::sketch::Kind;
 using vnt::sketch::Reading;
 using vnt::sketch::SnapTarget;
@@ -62,6 +63,12 @@ OfferedReadings::OfferedReadings(CanvasStage& stage, QObject* parent) : QObject(
     connect(&model, &SketchModel::taken, this, [this](const StrokePtr& stroke) { strokeWent(stroke->id); });
     connect(&model, &SketchModel::replaced, this,
             [this](const StrokePtr& before) { strokeWent(before->id); });
+    connect(&model, &SketchModel::sheetChanged, this, [this](const Affine& map) {
+        if (map == Affine())
+            return;
+        forgetScene();
+        end();
+    });
     connect(&model, &SketchModel::wasReset, this, [this] {
         forgetScene();
         end();
@@ -184,7 +191,7 @@ void OfferedReadings::setSnapping(bool isOn)
         refresh();
 }
 
-void OfferedReadings::viewMoved()
+void OfferedReadings::stageChanged()
 {
     if (m_offer)
         refresh();

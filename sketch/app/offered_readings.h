@@ -23,6 +23,7 @@ public:
 
     bool isShown() const { return m_offer.has_value(); }
     bool isLive() const { return m_offer && m_stroke == 0; }
+    bool isProposed() const { return m_isTaking; }
     QString name() const; // empty: none is shown
     bool wouldOffer(vnt::sketch::StrokeId id) const;
 
@@ -35,7 +36,7 @@ public:
     void previous();
     void drag(QPointF pen);
     void setSnapping(bool isOn);
-    void viewMoved();
+    void stageChanged(); // its view, its settings or the grid
     // The sketch gets what is shown; of a live one nothing happens.
     void take();
     void drop();

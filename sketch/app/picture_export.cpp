@@ -1,5 +1,6 @@
 #include "sketch/app/picture_export.h"
 
+#include "sketch/app/stroke_art.h"
 #include "sketch/core/shape_outline.h"
 
 #include <QPainter>
@@ -59,14 +60,12 @@ QByteArray elementOf(const Ellipse& ellipse)
            " transform=\"rotate(" + text(ellipse.rotation * 180 / kPi) + ' ' + text(ellipse.centre) + ")\"/>";
 }
 
-bool is_whole(const Round& round) { return std::fabs(round.sweep) >= 2 * kPi; }
-
 QByteArray elementOf(const Stroke& stroke)
 {
     if (const auto* straight = std::get_if<Straight>(&stroke.shape))
         return elementOf(*straight);
     const auto* round = std::get_if<Round>(&stroke.shape);
-    if (round != nullptr && is_whole(*round))
+    if (round != nullptr && isClosed(stroke.shape))
         return elementOf(round->ellipse);
     const Path cubics = cubics_of(stroke, kTolerance);
     const auto* curve = std::get_if<Curve>(&stroke.shape);

@@ -3,6 +3,7 @@
 #include "sketch/app/notice_area.h"
 #include "sketch/app/sketch_session.h"
 
+#include <QDir>
 #include <QLocale>
 #include <QMenu>
 
@@ -16,6 +17,15 @@ Questions::Questions(SketchSession& session, NoticeArea& notices, QObject* paren
                                  "the sketch elsewhere; each stroke tries again.")
                                   .arg(problem));
     });
+    connect(&session.journal(), &SketchJournal::mended, this, [this] { m_notices.dismiss("journal"); });
+    connect(&session.journal(), &SketchJournal::wasDamaged, this,
+            [this](const QString& kept, qint64 strokes) {
+                m_notices.showProblem("recovery",
+                                      tr("The sketch's file was damaged: %n stroke(s) could be read. The "
+                                         "file as it was is kept as %1.",
+                                         nullptr, static_cast<int>(strokes))
+                                          .arg(QDir::toNativeSeparators(kept)));
+            });
     // Whoever draws on, or sends, has answered.
     connect(&session.model().undoStack(), &QUndoStack::indexChanged, this, [this] {
         m_notices.dismiss("earlier");

@@ -84,7 +84,7 @@ void SelectGesture::move(const PenSample& sample)
         startMoving();
     m_isDragging = true;
     if (m_way == Way::move) {
-        moveTo(sample.at, !sample.modifiers.testFlag(Qt::AltModifier));
+        moveTo(sample.at, !suspendsSnapping(sample.modifiers));
         return;
     }
     m_stage.update(QRectF(m_from, m_to).normalized().adjusted(-2, -2, 2, 2));

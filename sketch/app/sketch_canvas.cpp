@@ -35,6 +35,18 @@ QPointF arrowOf(int key)
 
 bool isEnter(int key) { return key == Qt::Key_Return || key == Qt::Key_Enter; }
 
+// With others held, Enter and Escape are the window's: they send and cancel.
+bool isPlain(const QKeyEvent& event)
+{
+    return (event.modifiers() & (Qt::ControlModifier | Qt::ShiftModifier | Qt::MetaModifier)) == 0;
+}
+
+// What is held but for the key itself, which some systems count already or still.
+Qt::KeyboardModifiers heldBeside(const QKeyEvent& event)
+{
+    return event.modifiers() & ~(event.key() == Qt::Key_Alt ? Qt::AltModifier : Qt::ControlModifier);
+}
+
 } // namespace
 
 SketchCanvas::SketchCanvas(SketchModel& model, QWidget* parent)
@@ -83,6 +95,7 @@ void SketchCanvas::setSettings(const CanvasSettings& settings)
     finishStroke();
     d->stage.settings = settings;
     d->stage.spoilAll();
+    d->offers.stageChanged();
 }
 
 void SketchCanvas::setColours(const CanvasColours& colours)
@@ -139,7 +152,7 @@ void SketchCanvas::offerNext()
 {
     if (d->offers.isShown())
         d->offers.next();
-    else if (!isDrawing())
+    else if (!d->isGesturing())
         d->offers.show(d->strokeForTab());
 }
 
@@ -157,6 +170,17 @@ void SketchCanvas::dropOffered() { d->offers.drop(); }
 
 void SketchCanvas::finishStroke() { d->finishGesture(); }
 
+void SketchCanvas::settle() { d->settle(); }
+
+void SketchCanvas::undo()
+{
+    finishStroke();
+    if (d->offers.isProposed())
+        d->offers.drop();
+    else
+        d->stage.model.undoStack().undo();
+}
+
 bool SketchCanvas::isDrawing() const { return d->isDrawing(); }
 
 void SketchCanvas::setClock(std::function<qint64()> clock) { d->input.setClock(std::move(clock)); }
@@ -172,9 +196,11 @@ bool SketchCanvas::event(QEvent* event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
         // While something is offered or drawn, these keys are the canvas's, whatever the window has them for.
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        const bool isBusy = d->offers.isShown() || isDrawing();
-        if (isBusy && (isEnter(key) || key == Qt::Key_Escape || key == Qt::Key_Alt)) {
+        const auto& pressed = static_cast<const QKeyEvent&>(*event);
+        const int key = pressed.key();
+        const bool isBusy = d->offers.isShown() || d->isGesturing();
+        const bool isAnswer = isPlain(pressed) && (isEnter(key) || key == Qt::Key_Escape);
+        if (isBusy && (isAnswer || key == Qt::Key_Alt)) {
             event->accept();
             return true;
         }
@@ -257,13 +283,11 @@ void SketchCanvas::keyPressEvent(QKeyEvent* event)
     if (key == Qt::Key_Space) {
         if (!event->isAutoRepeat())
             d->setSpace(true);
-    } else if (key == Qt::Key_Alt) {
-        d->offers.setSnapping(false);
-    } else if (key == Qt::Key_Escape && d->offers.isShown()) {
-        d->offers.drop();
-    } else if (key == Qt::Key_Escape && d->isGesturing()) {
-        d->cancelGesture();
-    } else if (isEnter(key) && d->offers.isShown()) {
+    } else if (key == Qt::Key_Alt || (key == Qt::Key_Control && d->isGesturing())) {
+        d->offers.setSnapping(false); // without a gesture Ctrl begins a command, which takes what is shown
+    } else if (key == Qt::Key_Escape && isPlain(*event)) {
+        escape(*event);
+    } else if (isEnter(key) && isPlain(*event) && d->offers.isShown()) {
         takeOffered();
     } else if (key == Qt::Key_Delete || key == Qt::Key_Backspace) {
         d->stage.model.remove(d->stage.model.selection());
@@ -278,12 +302,25 @@ void SketchCanvas::keyPressEvent(QKeyEvent* event)
     }
 }
 
+// From what is nearest at hand to what lies further off.
+void SketchCanvas::escape(QKeyEvent& event)
+{
+    if (d->offers.isShown())
+        d->offers.drop();
+    else if (d->isGesturing())
+        d->cancelGesture();
+    else if (!d->stage.model.selection().empty())
+        d->stage.model.setSelection({});
+    else
+        QWidget::keyPressEvent(&event);
+}
+
 void SketchCanvas::keyReleaseEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Space && !event->isAutoRepeat())
         d->setSpace(false);
-    else if (event->key() == Qt::Key_Alt)
-        d->offers.setSnapping(true);
+    else if (event->key() == Qt::Key_Alt || event->key() == Qt::Key_Control)
+        d->offers.setSnapping(!suspendsSnapping(heldBeside(*event)));
     else
         QWidget::keyReleaseEvent(event);
 }

@@ -48,6 +48,11 @@ public:
     void dropOffered();   // Escape: the stroke stays what it is
     // Ends what is being drawn as if the pen were lifted; the model then has it. An offer stays.
     void finishStroke();
+    // The sketch then is what one sees: finishStroke(), and a reading that came unasked and would be taken in a
+    // moment is taken now. One that was asked for stays offered.
+    void settle();
+    // The last step goes. Of a reading that came unasked it is the reading, not yet taken: the ink stays.
+    void undo();
     bool isDrawing() const;
 
     // For tests: what is taken for the time, in milliseconds, where events do not say theirs.
@@ -77,6 +82,8 @@ protected:
     void leaveEvent(QEvent* event) override;
 
 private:
+    void escape(QKeyEvent& event);
+
     class Private;
     std::unique_ptr<Private> d;
 };

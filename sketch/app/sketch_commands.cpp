@@ -15,6 +15,7 @@ SketchCommand::SketchCommand(SketchModel& model, std::vector<StrokeChange> chang
 
 void SketchCommand::redo()
 {
+    noteSelected();
     for (const StrokeChange& step : m_changes)
         change(step.index, step.before, step.after);
     deselectWhatIsGone();
@@ -25,6 +26,37 @@ void SketchCommand::undo()
     for (auto step = m_changes.rbegin(); step != m_changes.rend(); ++step)
         change(step->index, step->after, step->before);
     deselectWhatIsGone();
+    if (!m_selected.empty())
+        m_model.setSelection(m_selected);
+}
+
+int SketchCommand::id() const
+{
+    constexpr int kSketchStep = 1; // all are of a kind; mergeWith() tells which of them merge
+    return kSketchStep;
+}
+
+bool SketchCommand::mergeWith(const QUndoCommand* next)
+{
+    const auto* later = dynamic_cast<const SketchCommand*>(next);
+    if (later == nullptr || m_merges.hasExpired() || later->m_merges.hasExpired())
+        return false;
+    const auto goesOn = [](const StrokeChange& a, const StrokeChange& b) { return a.after == b.before; };
+    if (!std::equal(m_changes.begin(), m_changes.end(), later->m_changes.begin(), later->m_changes.end(),
+                    goesOn))
+        return false;
+    for (std::size_t i = 0; i < m_changes.size(); ++i)
+        m_changes[i].after = later->m_changes[i].after;
+    m_merges = later->m_merges;
+    return true;
+}
+
+void SketchCommand::goAlong(StrokeMapping& mapping)
+{
+    for (StrokeChange& step : m_changes) {
+        step.before = mapping(step.before);
+        step.after = mapping(step.after);
+    }
 }
 
 void SketchCommand::change(std::size_t index, const StrokePtr& from, const StrokePtr& into)
@@ -38,6 +70,16 @@ void SketchCommand::change(std::size_t index, const StrokePtr& from, const Strok
     } else if (from) {
         if (m_model.m_document.take(from->id))
             emit m_model.taken(from);
+    }
+}
+
+void SketchCommand::noteSelected()
+{
+    m_selected.clear();
+    const auto& selection = m_model.m_selection;
+    for (const StrokeChange& step : m_changes) {
+        if (!step.after && std::find(selection.begin(), selection.end(), step.before->id) != selection.end())
+            m_selected.push_back(step.before->id);
     }
 }
 

@@ -3,8 +3,9 @@
 // Owner:  a step shares its strokes with the sketch; nothing is copied. The sketch outlives its steps.
 #pragma once
 
-#include "sketch/core/stroke.h"
+#include "sketch/app/stroke_mapping.h"
 
+#include <QDeadlineTimer>
 #include <QUndoCommand>
 
 #include <cstddef>
@@ -24,12 +25,21 @@ public:
 
     void redo() override;
     void undo() override;
+    int id() const override;
+    bool mergeWith(const QUndoCommand* next) override;
+    // One that goes on where this one ends is no step of its own, if it comes within this time.
+    void mergeFor(int milliseconds) { m_merges.setRemainingTime(milliseconds); }
+    // The sheet shows another part of the artwork: what this brings back is there, too.
+    void goAlong(StrokeMapping& mapping);
 
 private:
     // From the stroke that is there into the one that shall be.
     void change(std::size_t index, const vnt::sketch::StrokePtr& from, const vnt::sketch::StrokePtr& into);
+    void noteSelected();
     void deselectWhatIsGone();
 
     SketchModel& m_model;
     std::vector<StrokeChange> m_changes;
+    std::vector<vnt::sketch::StrokeId> m_selected; // of those that go; selected again when they come back
+    QDeadlineTimer m_merges{0};
 };

@@ -11,7 +11,12 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <string>
 
 using namespace vnt::sketch;
@@ -36,7 +41,21 @@ QString newName()
 
 QFileInfoList latestFirst(const QString& folder)
 {
-    return QDir(folder).entryInfoList({kPattern}, QDir::Files, QDir::Time);
+    QFileInfoList all = QDir(folder).entryInfoList({kPattern}, QDir::Files);
+    // Qt's own order by time knows whole seconds.
+    std::stable_sort(all.begin(), all.end(), [](const QFileInfo& a, const QFileInfo& b) {
+        return a.lastModified() > b.lastModified();
+    });
+    return all;
+}
+
+// What is put away is the latest of all, however long ago it was drawn.
+void touch(const QString& path)
+{
+    timespec now = {}; // the system's own is the same for all of some milliseconds
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    const timespec times[] = {now, now};
+    ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0);
 }
 
 bool move(const QString& from, const QString& to)
@@ -58,11 +77,15 @@ public:
     Private(SketchJournal& journal, SketchModel& drawn, QString where);
 
     void add(const std::string& line);
-    void begin(const QString& path); // also mends the file after a failure
+    void begin(const QString& path); // with the sketch as it is
+    bool write();
+    bool writeOrBegin();
     void afterAWhile();
     void letGo();
     void endSketch();
-    void putAway(const QString& path) const;
+    QString putAway(const QString& path) const; // where it is then; empty when it was not worth it
+    void dropOldest(const QString& butNot) const;
+    void keepDamaged(const QString& path, const JournalReading& reading);
     void tidy() const;
     QString earlierFolder() const { return folder + "/earlier"; }
     QByteArray wholeSketch() const;
@@ -73,12 +96,14 @@ public:
     SketchModel& model;
     QString folder;
     JournalFile file;
+    QString target;                // where the sketch lies, or will as soon as it can be written
+    QByteArray unwritten;          // what the file lacks of the sketch, after a failure
+    bool isUnwrittenWhole = false; // all of a file, that is; else lines for its end
     QTimer syncTimer;
     QTimer idleTimer;
     qint64 sizeWhenBegun = 0;
     bool isSafe = false;
     bool isRecovering = false;
-    bool isBroken = false; // the file lacks what was drawn since
     bool isTold = false;
 };
 
@@ -106,51 +131,98 @@ QByteArray SketchJournal::Private::wholeSketch() const
 
 void SketchJournal::Private::tell(bool isWritten)
 {
-    isBroken = !isWritten;
     if (!isWritten && !isTold)
         emit q.failed(file.problem());
+    if (isWritten && isTold)
+        emit q.mended();
     isTold = !isWritten;
 }
 
 void SketchJournal::Private::begin(const QString& path)
 {
-    QDir().mkpath(folder);
-    tell(file.begin(path, wholeSketch()));
-    sizeWhenBegun = file.size();
+    target = path;
+    unwritten = wholeSketch();
+    isUnwrittenWhole = true;
+    write();
+}
+
+// Makes up for what could not be written before, as well.
+bool SketchJournal::Private::write()
+{
+    if (unwritten.isEmpty())
+        return true;
+    if (isUnwrittenWhole)
+        QDir().mkpath(folder);
+    const bool isWritten = isUnwrittenWhole ? file.begin(target, unwritten) : file.append(unwritten);
+    if (isWritten && isUnwrittenWhole)
+        sizeWhenBegun = file.size();
+    if (isWritten)
+        unwritten.clear();
+    else
+        idleTimer.start(); // the disk may have room again, even if nothing is drawn any more
+    tell(isWritten);
+    return isWritten;
+}
+
+// Where a file takes nothing more, another in its place may; so while the model has the sketch.
+bool SketchJournal::Private::writeOrBegin()
+{
+    if (write())
+        return true;
+    const bool isShort = unwritten.size() <= kMostNeedlessBytes;
+    if (isUnwrittenWhole && isShort)
+        return false;
+    const QByteArray lines = unwritten;
+    const bool wereWhole = isUnwrittenWhole;
+    begin(target);
+    if (unwritten.isEmpty())
+        return true;
+    if (isShort && !wereWhole) { // there may be room for them before there is for a second file
+        unwritten = lines;
+        isUnwrittenWhole = false;
+    }
+    return false;
 }
 
 void SketchJournal::Private::afterAWhile()
 {
-    const bool isLong = file.size() > 2 * sizeWhenBegun + kMostNeedlessBytes;
-    if (file.isOpen() && (isBroken || isLong))
-        begin(file.path());
+    const bool isLong = file.isOpen() && file.size() > 2 * sizeWhenBegun + kMostNeedlessBytes;
+    // Where there is no room for a second file, the long one is as good.
+    if (writeOrBegin() && isLong && file.begin(target, wholeSketch()))
+        sizeWhenBegun = file.size();
 }
 
 void SketchJournal::Private::add(const std::string& line)
 {
-    if (isRecovering || (!file.isOpen() && model.document().strokes().empty()))
+    const bool isBegun = file.isOpen() || !unwritten.isEmpty();
+    if (isRecovering || (!isBegun && model.document().strokes().empty()))
         return;
-    if (!file.isOpen() || isBroken)
-        begin(file.isOpen() ? file.path() : folder + "/" + newName());
-    else
-        tell(file.append(bytesOf(line)));
+    if (isBegun) {
+        isUnwrittenWhole = isUnwrittenWhole && !unwritten.isEmpty();
+        unwritten += bytesOf(line);
+        writeOrBegin();
+    } else {
+        begin(folder + "/" + newName());
+    }
     if (!syncTimer.isActive())
         syncTimer.start();
     idleTimer.start();
 }
 
-// The sketch before is put away: another comes in its place.
+// The sketch before is put away: another comes in its place. The model may have that already.
 void SketchJournal::Private::letGo()
 {
     isSafe = false;
+    write();
+    unwritten.clear();
+    target.clear();
     if (!file.isOpen())
         return;
     const QString path = file.path();
     file.syncSoon();
     file.close();
-    putAway(path);
-    const QString now = earlierFolder() + "/" + QFileInfo(path).fileName();
-    if (QFile::exists(now))
+    const QString now = putAway(path);
+    if (!now.isEmpty())
         emit q.putAway(now);
 }
 
@@ -164,30 +236,51 @@ void SketchJournal::Private::endSketch()
 }
 
 // A sketch without strokes is worth no place among the earlier ones.
-void SketchJournal::Private::putAway(const QString& path) const
+QString SketchJournal::Private::putAway(const QString& path) const
 {
     const auto content = JournalFile::contentOfUnowned(path);
     if (!content)
-        return;
+        return {};
     const JournalReading reading = readingOf(*content);
     if (reading.known && reading.whole && reading.document.strokes().empty()) {
         QFile::remove(path);
-        return;
+        return {};
     }
     QDir().mkpath(earlierFolder());
-    move(path, earlierFolder() + "/" + QFileInfo(path).fileName());
-    const QFileInfoList all = latestFirst(earlierFolder());
-    for (qsizetype i = kMostEarlier; i < all.size(); ++i)
-        QFile::remove(all[i].filePath());
+    QString to = earlierFolder() + "/" + QFileInfo(path).fileName();
+    if (QFile::exists(to))
+        to = earlierFolder() + "/" + newName();
+    touch(path);
+    if (!move(path, to))
+        return {};
+    dropOldest(to);
+    return to;
+}
+
+void SketchJournal::Private::dropOldest(const QString& butNot) const
+{
+    int kept = 1;
+    for (const QFileInfo& info : latestFirst(earlierFolder())) {
+        if (info.fileName() != QFileInfo(butNot).fileName() && ++kept > kMostEarlier)
+            QFile::remove(info.filePath());
+    }
+}
+
+// What no reading has made sense of stays, under a name that no sketch takes from it.
+void SketchJournal::Private::keepDamaged(const QString& path, const JournalReading& reading)
+{
+    QString kept = earlierFolder() + "/" + newName() + ".damaged";
+    QDir().mkpath(earlierFolder());
+    if (!unwritten.isEmpty() || !file.syncNow() || !move(path, kept))
+        kept = path; // the only copy
+    emit q.wasDamaged(kept, static_cast<qint64>(reading.document.strokes().size()));
 }
 
 // What crashes have left: files half made, and sketches in which all was undone.
 void SketchJournal::Private::tidy() const
 {
-    for (const QFileInfo& info : QDir(folder).entryInfoList({kPattern + ".new"}, QDir::Files)) {
-        if (JournalFile::contentOfUnowned(info.filePath()))
-            QFile::remove(info.filePath());
-    }
+    for (const QFileInfo& info : QDir(folder).entryInfoList({kPattern + ".new"}, QDir::Files))
+        JournalFile::removeUnowned(info.filePath());
     for (const QFileInfo& info : latestFirst(folder)) {
         const auto content = JournalFile::contentOfUnowned(info.filePath());
         if (content && readingOf(*content).document.strokes().empty() && readingOf(*content).known)
@@ -220,16 +313,20 @@ SketchJournal::SketchJournal(SketchModel& model, QString folder, QObject* parent
             [this](const StrokePtr& stroke) { d->add(journal_take(stroke->id)); });
     connect(&model, &SketchModel::replaced, this,
             [this](const StrokePtr&, const StrokePtr& after) { d->add(journal_replace(*after)); });
-    connect(&model, &SketchModel::sheetChanged, this, [this] { d->add(journal_sheet(d->model.sheet())); });
+    connect(&model, &SketchModel::sheetChanged, this,
+            [this](const Affine& map) { d->add(journal_sheet(d->model.sheet(), map)); });
     connect(&model, &SketchModel::wasReset, this, [this] { d->endSketch(); });
 }
 
 SketchJournal::~SketchJournal()
 {
+    blockSignals(true); // whoever would be told may be gone
+    const bool isWorthNothing = d->isSafe || d->model.document().strokes().empty();
+    if (d->file.isOpen() || !isWorthNothing)
+        d->writeOrBegin();
     const QString path = d->file.path();
     if (path.isEmpty())
         return;
-    const bool isWorthNothing = d->isSafe || d->model.document().strokes().empty();
     d->file.syncSoon();
     d->file.close();
     if (isWorthNothing)
@@ -258,10 +355,13 @@ bool SketchJournal::recover(const QString& file)
     d->model.setSheet(reading.sheet);
     d->model.reset(reading.document.strokes());
     d->isRecovering = false;
-    const QString path = d->folder + "/" + QFileInfo(file).fileName();
+    const bool isDamaged = reading.skipped > 0;
+    const QString path = d->folder + "/" + (isDamaged ? newName() : QFileInfo(file).fileName());
     d->begin(path);
     const bool isElsewhere = QFileInfo(file).canonicalFilePath() != QFileInfo(path).canonicalFilePath();
-    if (d->file.path() == path && isElsewhere)
+    if (isDamaged)
+        d->keepDamaged(file, reading);
+    else if (isElsewhere && d->file.path() == path && d->file.syncNow())
         QFile::remove(file);
     return true;
 }

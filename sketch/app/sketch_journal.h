@@ -3,7 +3,8 @@
 // Shapes: a file a sketch in a folder of the user's data, a line a change, in the form of
 //         sketch/core/journal_text.h. A half-written last line is passed over. The file is made with the first
 //         stroke. What its program owns is locked, until that ends however it ends.
-// Errors: a file that cannot be written is told once (failed()), and tried again with the next change.
+// Errors: a file that cannot be written is told once (failed()), and tried again with the next change, every two
+//         seconds, and at the sketch's end.
 #pragma once
 
 #include "sketch/app/sketch_model.h"
@@ -52,6 +53,9 @@ public:
 
 signals:
     void failed(const QString& problem);
+    void mended(); // what had failed is in the file now
+    // Parts of the recovered file made no sense, and so many strokes came back; the file as it was is kept here.
+    void wasDamaged(const QString& kept, qint64 strokes);
     void putAway(const QString& file); // another sketch has come in the place of this one, which has strokes
 
 private:

@@ -46,10 +46,26 @@ std::vector<StrokeChange> removals(const SketchDocument& document, const std::ve
 
 SketchModel::SketchModel(QObject* parent) : QObject(parent) {}
 
-void SketchModel::setSheet(const Sheet& sheet)
+void SketchModel::setSheet(const Sheet& sheet) { changeSheet(sheet, {}); }
+
+StrokeMapping SketchModel::changeSheet(const Sheet& sheet, const Affine& map)
 {
+    emit sheetIsToChange();
+    StrokeMapping mapping(map);
+    if (!mapping.movesNothing()) {
+        const std::vector<StrokePtr> strokes = m_document.strokes();
+        for (const StrokePtr& stroke : strokes)
+            m_document.replace(mapping(stroke));
+        for (int i = 0; i < m_undoStack.count(); ++i) {
+            // The stack shows its steps as const; they are this model's own.
+            auto* const step = const_cast<QUndoCommand*>(m_undoStack.command(i));
+            if (auto* const ours = dynamic_cast<SketchCommand*>(step))
+                ours->goAlong(mapping);
+        }
+    }
     m_sheet = sheet;
-    emit sheetChanged();
+    emit sheetChanged(map);
+    return mapping;
 }
 
 void SketchModel::setSelection(std::vector<StrokeId> ids)
@@ -123,7 +139,14 @@ void SketchModel::remove(const std::vector<StrokeId>& ids)
         m_undoStack.push(new SketchCommand(*this, std::move(changes), tr("Delete")));
 }
 
-void SketchModel::transform(const std::vector<StrokeId>& ids, const Affine& map)
+void SketchModel::transform(const std::vector<StrokeId>& ids, const Affine& map) { pushMove(ids, map, 0); }
+
+void SketchModel::nudge(const std::vector<StrokeId>& ids, Vec2 by)
+{
+    pushMove(ids, {1, 0, 0, 1, by.x, by.y}, m_nudgePause_ms);
+}
+
+void SketchModel::pushMove(const std::vector<StrokeId>& ids, const Affine& map, int mergeMilliseconds)
 {
     std::vector<StrokeChange> changes;
     for (const std::size_t place : placesOf(m_document, ids)) {
@@ -131,8 +154,11 @@ void SketchModel::transform(const std::vector<StrokeId>& ids, const Affine& map)
         changes.push_back(
             {0, before, std::make_shared<const Stroke>(vnt::sketch::mapped(*before, map, before->id))});
     }
-    if (!changes.empty() && map != Affine())
-        m_undoStack.push(new SketchCommand(*this, std::move(changes), tr("Move")));
+    if (changes.empty() || map == Affine())
+        return;
+    auto* const move = new SketchCommand(*this, std::move(changes), tr("Move"));
+    move->mergeFor(mergeMilliseconds);
+    m_undoStack.push(move);
 }
 
 void SketchModel::duplicate(const std::vector<StrokeId>& ids, Vec2 offset)

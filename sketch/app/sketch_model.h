@@ -4,6 +4,7 @@
 // Errors: what is asked of a stroke that is not there does nothing.
 #pragma once
 
+#include "sketch/app/stroke_mapping.h"
 #include "sketch/core/sheet.h"
 #include "sketch/core/sketch_document.h"
 
@@ -25,6 +26,9 @@ public:
 
     // Not steps that can be undone.
     void setSheet(const vnt::sketch::Sheet& sheet);
+    // Another view of the artwork, map: from the sheet before. Every stroke goes along, those that undo and redo
+    // bring back as well. Returns what became of each, for who keeps some.
+    StrokeMapping changeSheet(const vnt::sketch::Sheet& sheet, const vnt::sketch::Affine& map);
     void setSelection(std::vector<vnt::sketch::StrokeId> ids); // unknown ids are left out
     // Another sketch in the place of this one, its strokes in this order; nothing to undo then.
     void reset(std::vector<vnt::sketch::StrokePtr> strokes);
@@ -35,6 +39,9 @@ public:
     void convert(vnt::sketch::StrokeId id, const vnt::sketch::Reading& reading);
     void remove(const std::vector<vnt::sketch::StrokeId>& ids);
     void transform(const std::vector<vnt::sketch::StrokeId>& ids, const vnt::sketch::Affine& map);
+    // A move by a key: those of the same strokes that come within a second of each other are one step.
+    void nudge(const std::vector<vnt::sketch::StrokeId>& ids, vnt::sketch::Vec2 by);
+    void setNudgePause(int milliseconds) { m_nudgePause_ms = milliseconds; }
     void duplicate(const std::vector<vnt::sketch::StrokeId>& ids,
                    vnt::sketch::Vec2 offset); // selects the copies
     void addStrokes(std::vector<vnt::sketch::Stroke> strokes, const QString& text);
@@ -47,13 +54,18 @@ signals:
     void replaced(const vnt::sketch::StrokePtr& before, const vnt::sketch::StrokePtr& after);
     void wasReset();
     void selectionChanged();
-    void sheetChanged();
+    void sheetIsToChange();                            // what is being drawn is of the one before: it ends
+    void sheetChanged(const vnt::sketch::Affine& map); // every stroke is where it takes it; not replaced()
 
 private:
     friend class SketchCommand; // changes the document, and says so
+
+    void pushMove(const std::vector<vnt::sketch::StrokeId>& ids, const vnt::sketch::Affine& map,
+                  int mergeMilliseconds);
 
     vnt::sketch::SketchDocument m_document;
     vnt::sketch::Sheet m_sheet;
     QUndoStack m_undoStack;
     std::vector<vnt::sketch::StrokeId> m_selection;
+    int m_nudgePause_ms = 1000; // that begins another step
 };

@@ -18,14 +18,14 @@ bool is_own(const Sheet& sheet)
            sheet.sheet_to_model == own.sheet_to_model;
 }
 
-// From the sheet before, so that what is drawn stays where it is in the artwork. What was drawn on a sheet of
-// one's own has no place there, and stays where it is on the screen.
+// From the sheet before, so that what is drawn stays where it is in the artwork.
 Affine mapBetween(const Sheet& before, const Sheet& after)
 {
     const auto model_to_sheet = try_inverse(after.sheet_to_model);
-    if (is_own(before) || !model_to_sheet || before.sheet_to_model == after.sheet_to_model)
+    if (!model_to_sheet || before.sheet_to_model == after.sheet_to_model)
         return {};
-    return *model_to_sheet * before.sheet_to_model;
+    const Affine map = *model_to_sheet * before.sheet_to_model;
+    return try_inverse(map) ? map : Affine(); // views too far from each other for any number
 }
 
 std::vector<StrokeId> idsOf(const std::vector<StrokePtr>& strokes)
@@ -42,10 +42,8 @@ SketchSession::SketchSession(const QString& journalFolder, QObject* parent)
     : QObject(parent), m_journal(m_model, journalFolder)
 {
     connect(&m_link, &LinkServer::requested, this, &SketchSession::takeSheetOf);
-    connect(&m_link, &LinkServer::editorLeft, this, [this] {
-        m_editorSheet.reset();
-        emit said(tr("The editor is gone. The sketch is kept."));
-    });
+    connect(&m_link, &LinkServer::answered, this, &SketchSession::noteAnswered);
+    connect(&m_link, &LinkServer::editorLeft, this, &SketchSession::noteEditorLeft);
     connect(&m_model.undoStack(), &QUndoStack::indexChanged, this, &SketchSession::noteState);
     connect(&m_model, &SketchModel::wasReset, this, &SketchSession::noteState);
 }
@@ -56,47 +54,83 @@ SketchSession::~SketchSession()
     m_model.undoStack().disconnect(this); // it tells of its own end
 }
 
+bool SketchSession::mayAnswer()
+{
+    if (isSending())
+        emit said(tr("The answer before is still on its way to the editor."));
+    return editorWaits();
+}
+
+// What becomes of an answer is told by the link, within its answer() or later: noteAnswered, noteEditorLeft.
 bool SketchSession::send()
 {
-    if (!editorWaits()) {
-        emit said(tr("No editor waits for the sketch. Choose Start VANT in the editor, and send it then."));
+    if (!mayAnswer()) {
+        if (!isSending())
+            emit said(
+                tr("No editor waits for the sketch. Choose Start VANT in the editor, and send it then."));
         return false;
     }
     const auto& strokes = m_model.document().strokes();
     const std::string line = answer_of(strokes, m_model.sheet());
-    // Before the answer: with it the next editor may have its turn, and asks what became of the sketch.
-    const auto before = std::exchange(m_sent, strokes);
-    const QDateTime timeBefore = std::exchange(m_sentAt, QDateTime::currentDateTime());
+    m_answer = Answer{false, strokes.size(), strokes};
     m_editorSheet.reset();
-    const std::size_t count = strokes.size();
-    if (!m_link.answer(QByteArray(line.data(), static_cast<qsizetype>(line.size())))) {
-        m_sent = before;
-        m_sentAt = timeBefore;
-        emit said(tr("The sketch could not be sent: the editor is gone. It is kept."));
-        return false;
-    }
-    if (count == 0)
-        m_sent.reset();
-    noteState();
-    emit said(count == 0 ? tr("Nothing was drawn: the editor has got an empty figure.")
-                         : tr("Sent: the editor has %n stroke(s).", nullptr, static_cast<int>(count)));
-    return true;
+    const bool isTaken = m_link.answer(QByteArray(line.data(), static_cast<qsizetype>(line.size())));
+    if (isSending())
+        noteState();
+    return isTaken;
 }
 
 bool SketchSession::cancel()
 {
-    if (!editorWaits())
+    if (!mayAnswer())
         return false;
+    m_answer = Answer{true, 0, {}};
     m_editorSheet.reset();
-    const bool isAnswered = m_link.cancel();
-    emit said(tr("Cancelled: the editor has got an empty figure. The sketch is kept."));
-    return isAnswered;
+    const bool isTaken = m_link.cancel();
+    if (isSending())
+        noteState();
+    return isTaken;
+}
+
+// Before the next editor has its turn, and asks what became of the sketch.
+void SketchSession::noteAnswered()
+{
+    const std::optional<Answer> answer = std::exchange(m_answer, std::nullopt);
+    if (!answer)
+        return;
+    m_wasCancelled = answer->isCancelled;
+    if (!answer->isCancelled && answer->sketch) {
+        m_sent = answer->sketch;
+        m_sentAt = QDateTime::currentDateTime();
+    }
+    if (!answer->isCancelled && answer->strokes == 0)
+        m_sent.reset();
+    noteState();
+    if (answer->isCancelled)
+        emit said(tr("Cancelled: the editor has got an empty figure. The sketch is kept."));
+    else if (answer->strokes == 0)
+        emit said(tr("Nothing was drawn: the editor has got an empty figure."));
+    else
+        emit said(tr("Sent: the editor has %n stroke(s).", nullptr, static_cast<int>(answer->strokes)));
+}
+
+void SketchSession::noteEditorLeft()
+{
+    const std::optional<Answer> answer = std::exchange(m_answer, std::nullopt);
+    m_editorSheet.reset();
+    noteState();
+    if (answer && !answer->isCancelled)
+        emit said(tr("The sketch could not be sent: the editor is gone. It is kept."));
+    else
+        emit said(tr("The editor is gone. The sketch is kept."));
 }
 
 void SketchSession::end()
 {
     m_editorSheet.reset();
     m_link.shutDown();
+    if (std::exchange(m_answer, std::nullopt)) // it did not get there in time
+        noteState();
 }
 
 bool SketchSession::isAsSent() const { return m_sent && *m_sent == m_model.document().strokes(); }
@@ -115,18 +149,22 @@ void SketchSession::noteState()
 
 void SketchSession::takeSheetOf(const Request& request)
 {
-    const auto& strokes = m_model.document().strokes();
-    const bool isSketchThere = !strokes.empty();
-    const bool isAsItWasSent = isAsSent();
-    const Affine map = mapBetween(m_model.sheet(), request.sheet);
     m_editorSheet = request.sheet;
-    m_model.setSheet(request.sheet);
-    if (isSketchThere)
-        m_model.transform(idsOf(strokes), map);
-    if (isAsItWasSent)
-        m_sent = strokes; // it has moved with the view alone
+    moveOnto(request.sheet);
     noteState();
-    emit editorAsked(isSketchThere);
+    emit editorAsked(!m_model.document().strokes().empty());
+}
+
+// What has no place in the artwork stays where it is on the screen, and has one from now on.
+void SketchSession::moveOnto(const Sheet& sheet)
+{
+    const Affine map = m_isPlaced ? mapBetween(m_model.sheet(), sheet) : Affine();
+    m_isPlaced = true;
+    StrokeMapping mapping = m_model.changeSheet(sheet, map);
+    for (auto* const kept : {&m_sent, &m_saved}) {
+        if (*kept)
+            mapping.apply(**kept); // with the view alone nothing was changed
+    }
 }
 
 Sheet SketchSession::ownSheet() const
@@ -152,6 +190,8 @@ void SketchSession::setOwnGrid(double spacing)
 // What was sent and saved was the sketch before.
 void SketchSession::forget(const QString& file)
 {
+    if (m_answer)
+        m_answer->sketch.reset();
     m_sent.reset();
     m_saved.reset();
     m_file = file;
@@ -162,6 +202,7 @@ void SketchSession::newSheet()
     forget({});
     m_model.reset({});
     m_model.setSheet(m_editorSheet.value_or(ownSheet()));
+    m_isPlaced = m_editorSheet.has_value();
 }
 
 FileProblem SketchSession::open(const QString& file)
@@ -172,6 +213,7 @@ FileProblem SketchSession::open(const QString& file)
     std::vector<StrokePtr> strokes;
     for (Stroke& stroke : std::get<std::vector<Stroke>>(read))
         strokes.push_back(std::make_shared<const Stroke>(std::move(stroke)));
+    m_isPlaced = m_isPlaced || !strokes.empty();
     forget(file);
     m_model.reset(std::move(strokes));
     m_saved = m_model.document().strokes();
@@ -187,6 +229,7 @@ FileProblem SketchSession::insert(const QString& file)
     const std::size_t before = m_model.document().strokes().size();
     m_model.addStrokes(std::get<std::vector<Stroke>>(std::move(read)), tr("Insert"));
     const auto& strokes = m_model.document().strokes();
+    m_isPlaced = m_isPlaced || strokes.size() > before;
     m_model.setSelection(idsOf({strokes.begin() + static_cast<std::ptrdiff_t>(before), strokes.end()}));
     return {};
 }
@@ -204,15 +247,12 @@ FileProblem SketchSession::save(const QString& file)
 
 bool SketchSession::recover(const QString& journalFile)
 {
-    const std::optional<Sheet> waiting = m_editorSheet;
     if (!m_journal.recover(journalFile))
         return false;
     forget({});
-    if (waiting) { // the sketch comes onto the sheet that is asked for
-        const Affine map = mapBetween(m_model.sheet(), *waiting);
-        m_model.setSheet(*waiting);
-        m_model.transform(idsOf(m_model.document().strokes()), map);
-    }
+    m_isPlaced = !is_own(m_model.sheet());
+    if (m_editorSheet)
+        moveOnto(*m_editorSheet); // the sketch comes onto the sheet that is asked for
     noteState();
     return true;
 }

@@ -28,17 +28,24 @@ public:
     LinkServer& link() { return m_link; }
     SketchJournal& journal() { return m_journal; }
 
-    // To the editor whose turn it is; of no strokes an empty figure. False when none waits.
+    // To the editor whose turn it is; of no strokes an empty figure. False when none waits, or it turns out to
+    // be gone. True says that the answer is on its way: it is sent when the link has handed over all of it.
     bool send();
-    // An empty figure to the editor; the sketch stays. False when none waits.
+    // An empty figure to the editor; the sketch stays. Else as send().
     bool cancel();
     // Answers every editor that waits with an empty figure; none is listened to from now on.
     void end();
 
-    bool editorWaits() const { return m_link.state() == LinkServer::State::editorWaiting; }
+    // For an answer; not once it is on its way.
+    bool editorWaits() const
+    {
+        return m_link.state() == LinkServer::State::editorWaiting && !m_link.isSending();
+    }
+    bool isSending() const { return m_link.isSending(); }
     bool wasSent() const { return m_sent.has_value(); } // this sketch, as it was then
     bool isAsSent() const;                              // nothing was changed since
     QDateTime sentAt() const { return m_sentAt; }
+    bool wasCancelled() const { return m_wasCancelled; } // the last editor that was answered
     // Nothing would be lost with the sketch: it has no strokes, or is as it was saved or sent.
     bool isSafe() const;
 
@@ -57,11 +64,22 @@ public:
 signals:
     // An editor has its turn, and its viewport is the sheet. isSketchThere: there is one already, to go on with.
     void editorAsked(bool isSketchThere);
-    void stateChanged(); // of what was sent and saved, and of the file's name
+    void stateChanged(); // of what is sent, was sent and saved, and of the file's name
     void said(const QString& sentence);
 
 private:
+    // An answer that is on its way.
+    struct Answer {
+        bool isCancelled = false;
+        std::size_t strokes = 0;
+        std::optional<std::vector<vnt::sketch::StrokePtr>> sketch; // while it is the one on the sheet
+    };
+
+    bool mayAnswer();
+    void noteAnswered();
+    void noteEditorLeft();
     void takeSheetOf(const vnt::sketch::Request& request);
+    void moveOnto(const vnt::sketch::Sheet& sheet);
     vnt::sketch::Sheet ownSheet() const;
     void noteState();
     void forget(const QString& file);
@@ -70,8 +88,13 @@ private:
     SketchJournal m_journal;
     LinkServer m_link;
     std::optional<vnt::sketch::Sheet> m_editorSheet; // of the editor that waits
+    std::optional<Answer> m_answer;
     std::optional<std::vector<vnt::sketch::StrokePtr>> m_sent, m_saved;
     QDateTime m_sentAt;
+    bool m_wasCancelled = false;
     QString m_file;
     double m_ownGrid = 0;
+    // The strokes have a place in the artwork: drawn on an editor's sheet, or read from a file. Those drawn on a
+    // sheet of one's own have none.
+    bool m_isPlaced = false;
 };

@@ -7,12 +7,26 @@
 #include <QFontMetrics>
 #include <QLabel>
 #include <QLocale>
+#include <QPainter>
+#include <QStyle>
 
 #include <cmath>
 
 namespace {
 
 constexpr int kSaidMilliseconds = 12000;
+
+// Shows as much of its words as there is room for, and that they go on.
+class HintLabel : public QLabel {
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        const QString seen = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
+        style()->drawItemText(&painter, contentsRect(), Qt::AlignLeft | Qt::AlignVCenter, palette(),
+                              isEnabled(), seen, foregroundRole());
+    }
+};
 
 QLabel* fieldIn(QStatusBar& bar, const QString& name, const QString& widest)
 {
@@ -28,7 +42,7 @@ QLabel* fieldIn(QStatusBar& bar, const QString& name, const QString& widest)
 } // namespace
 
 StatusPanel::StatusPanel(SketchCanvas& canvas, QWidget* parent)
-    : QStatusBar(parent), m_canvas(canvas), m_hint(new QLabel)
+    : QStatusBar(parent), m_canvas(canvas), m_hint(new HintLabel)
 {
     m_hint->setObjectName("hint");
     m_hint->setMinimumWidth(1); // the window may be narrower than the words

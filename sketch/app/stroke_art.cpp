@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 using vnt::sketch::Box;
 using vnt::sketch::Curve;
@@ -24,15 +25,6 @@ constexpr double kCurveTolerance = 0.005;
 constexpr double kLineTolerance = 0.1;
 // Radians; what a whole turn may lack of itself by rounding.
 constexpr double kTurnRounding = 1e-9;
-
-Path inkLine(const vnt::sketch::Ink& ink)
-{
-    Path line;
-    line.reserve(ink.size());
-    for (const auto& point : ink)
-        line.push_back({point.x, point.y});
-    return line;
-}
 
 double distanceOfPieces(Vec2 a, Vec2 b, Vec2 c, Vec2 d)
 {
@@ -77,7 +69,9 @@ bool isClosed(const Shape& shape)
 StrokeArt::StrokeArt(StrokePtr its) : stroke(std::move(its))
 {
     if (isInk()) {
-        line = inkLine(stroke->ink);
+        vnt::sketch::InkLine seen = vnt::sketch::ink_line(stroke->ink);
+        line = std::move(seen.places);
+        pressures = std::move(seen.pressures);
     } else {
         const Path cubics = vnt::sketch::cubics_of(stroke->shape, kCurveTolerance);
         curve = painterPath(cubics, isClosed(stroke->shape));

@@ -4,6 +4,7 @@
 // Owner:  of each stroke as much is kept as it is there; what is taken away leaves nothing behind.
 #pragma once
 
+#include "sketch/core/ink_line.h"
 #include "sketch/core/sketch_document.h"
 
 #include <QPainterPath>
@@ -26,9 +27,10 @@ struct StrokeArt {
     bool isCrossed(vnt::sketch::Vec2 a, vnt::sketch::Vec2 b, double reach) const;
 
     vnt::sketch::StrokePtr stroke;
-    QPainterPath curve;     // of its shape; empty for ink
-    vnt::sketch::Path line; // within a tenth of a pixel of what is seen
-    QRectF box;             // of line, without the width of a pen
+    QPainterPath curve;           // of its shape; empty for ink
+    vnt::sketch::Path line;       // within a tenth of a pixel of what is seen; of ink, what is seen
+    std::vector<float> pressures; // of ink: at each place of line
+    QRectF box;                   // of line, without the width of a pen
 };
 
 class StrokeArts {

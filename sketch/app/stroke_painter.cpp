@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-using vnt::sketch::Ink;
+using vnt::sketch::Path;
 
 namespace {
 
@@ -58,7 +58,7 @@ QPen roundPen(const QColor& colour, double width)
 void paintStroke(QPainter& painter, const StrokeArt& art, const QTransform& map, const StrokeLook& look)
 {
     if (art.isInk()) {
-        paintInk(painter, art.stroke->ink, map, look.ink, look.width);
+        paintInk(painter, art.line, art.pressures, map, look.ink, look.width);
         return;
     }
     painter.setPen(roundPen(look.shape, look.width));
@@ -66,22 +66,22 @@ void paintStroke(QPainter& painter, const StrokeArt& art, const QTransform& map,
     painter.drawPath(map.map(art.curve));
 }
 
-void paintInk(QPainter& painter, const Ink& ink, const QTransform& map, const QColor& colour, double width,
-              const QRectF& within)
+void paintInk(QPainter& painter, const Path& line, const std::vector<float>& pressures, const QTransform& map,
+              const QColor& colour, double width, const QRectF& within)
 {
-    if (ink.empty())
+    if (line.empty())
         return;
-    QPointF last = map.map(QPointF(ink.front().x, ink.front().y));
-    if (ink.size() == 1) {
-        painter.setPen(roundPen(colour, widthAt(ink.front().pressure, width)));
+    QPointF last = map.map(QPointF(line.front().x, line.front().y));
+    if (line.size() == 1) {
+        painter.setPen(roundPen(colour, widthAt(pressures.front(), width)));
         painter.drawPoint(last);
         return;
     }
     Run run;
     double runWidth = 0;
-    for (std::size_t i = 1; i < ink.size(); ++i) {
-        const QPointF next = map.map(QPointF(ink[i].x, ink[i].y));
-        const double here = widthAt((ink[i - 1].pressure + ink[i].pressure) / 2, width);
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        const QPointF next = map.map(QPointF(line[i].x, line[i].y));
+        const double here = widthAt((double{pressures[i - 1]} + pressures[i]) / 2, width);
         if (within.isNull() || touches(last, next, within, width + 1)) {
             if (here != runWidth || run.isEmpty()) {
                 paintRun(painter, run, colour, runWidth);

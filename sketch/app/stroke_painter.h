@@ -27,6 +27,7 @@ QPen roundPen(const QColor& colour, double width);
 
 void paintStroke(QPainter& painter, const StrokeArt& art, const QTransform& map, const StrokeLook& look);
 
-// Only the pieces that can show within the rectangle, which is where the painter paints. Null: all of them.
-void paintInk(QPainter& painter, const vnt::sketch::Ink& ink, const QTransform& map, const QColor& colour,
-              double width, const QRectF& within = {});
+// pressures: one for each place of the line.
+// within:    only the pieces that can show in this rectangle, which is where the painter paints. Null: all.
+void paintInk(QPainter& painter, const vnt::sketch::Path& line, const std::vector<float>& pressures,
+              const QTransform& map, const QColor& colour, double width, const QRectF& within = {});

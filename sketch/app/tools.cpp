@@ -12,7 +12,8 @@ struct Words {
 
 std::vector<ToolEntry> toolEntries()
 {
-    const QString force = Words::tr("Draw it; the stroke becomes it when the pen is lifted.");
+    const QString force =
+        Words::tr("Draw it: the stroke becomes it a moment after, or with Enter. Esc keeps the ink.");
     return {
         {Tool::pen,       "toolPen",       "tool-pen",        "P", Words::tr("&Pen"),
          Words::tr("Draw. Hold still at the end, and the stroke becomes what was meant; Tab asks as well.")              },

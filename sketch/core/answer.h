@@ -28,13 +28,18 @@ std::string answer_of(const std::vector<StrokePtr>& strokes, const Sheet& sheet)
 // straight segment between those that do not meet; straight where all of it is, else a free curve.
 //
 // document: its one line, as on the wire; more than kMostAnswerBytes is refused. So is what reaches further
-//           out than ink may.
+//           out than ink may, and what has neither a `shape` nor is an empty `vant`: a document of something
+//           else, whatever the link makes of one.
 Result<std::vector<Stroke>> strokes_of_answer(std::string_view document, const Sheet& sheet,
                                               StrokeId first_id);
 
 // Sheet pixels; that of the curves that are sent for what is not straight.
 constexpr double kAnswerTolerance = 0.25;
 
-constexpr std::size_t kMostAnswerBytes = 64U << 20U;
+// Without the line feed. The largest sketch that has not too many elements has some 67 bytes a point.
+constexpr std::size_t kMostAnswerBytes = 128U << 20U;
+
+// Why strokes_of_answer would not begin to read the document; empty when it would.
+std::string unreadable_because(std::string_view document);
 
 } // namespace vnt::sketch

@@ -6,6 +6,8 @@
 #include "sketch/core/shape_kind.h"
 #include "sketch/core/shape_outline.h"
 
+#include <pugixml.hpp>
+
 #include <algorithm>
 #include <optional>
 #include <utility>
@@ -151,7 +153,21 @@ bool is_within_reach(const Shape& shape)
     return std::all_of(cubics.begin(), cubics.end(), is_near);
 }
 
-// Why the text is not to be read at all; empty when it is.
+// Of a document without shapes: nothing is in it that would be lost when it is written anew.
+bool is_empty_sketch(std::string_view document)
+{
+    pugi::xml_document read;
+    if (!read.load_buffer(document.data(), document.size(), pugi::parse_minimal, pugi::encoding_utf8))
+        return false;
+    const pugi::xml_node root = read.document_element();
+    const auto is_element = [](pugi::xml_node node) { return node.type() == pugi::node_element; };
+    return root.name() == std::string_view("vant") && !root.find_child(is_element);
+}
+
+Problem problem_of(const std::string& why) { return {"cannot read the figure: " + why}; }
+
+} // namespace
+
 std::string unreadable_because(std::string_view document)
 {
     if (document.size() > kMostAnswerBytes)
@@ -163,10 +179,6 @@ std::string unreadable_because(std::string_view document)
         return "it has more elements than a sketch";
     return {};
 }
-
-Problem problem_of(const std::string& why) { return {"cannot read the figure: " + why}; }
-
-} // namespace
 
 Result<std::vector<Stroke>> strokes_of_answer(std::string_view document, const Sheet& sheet,
                                               StrokeId first_id)
@@ -181,6 +193,8 @@ Result<std::vector<Stroke>> strokes_of_answer(std::string_view document, const S
     FigureReader reader;
     if (!reader.read_answer(std::string(document)))
         return problem_of("it was cut off, or is not written as a figure is");
+    if (reader.figure.strokes.empty() && !is_empty_sketch(document))
+        return problem_of("it holds no sketch");
 
     std::vector<Stroke> strokes;
     std::size_t number = 0; // of the shape, for people

@@ -2,6 +2,7 @@
 
 #include "sketch/core/corners.h"
 #include "sketch/core/curve_fit.h"
+#include "sketch/core/ink_line.h"
 #include "sketch/core/resampling.h"
 
 namespace vnt::sketch {
@@ -41,6 +42,13 @@ Path free_curve_along(const Path& path, double tolerance)
 {
     const Path rounded = with_long_steps_rounded(path, kLongFreeStep * tolerance);
     return fit_curve(rounded, tolerance, found_again(path, find_corners(path), rounded));
+}
+
+Path free_curve_along(const Ink& ink, double tolerance)
+{
+    const Path path = clean_path(ink);
+    const Path line = ink_line(ink).places;
+    return fit_curve(line, tolerance, found_again(path, find_corners(path), line));
 }
 
 Curve free_curve_of(const Signs& signs, double tolerance)

@@ -16,6 +16,9 @@ constexpr double kLongFreeStep = 8;
 // The open curve along a clean path, within tolerance of it, long steps rounded.
 Path free_curve_along(const Path& path, double tolerance);
 
+// The open curve along ink, within tolerance of the line that it is seen as (ink_line.h).
+Path free_curve_along(const Ink& ink, double tolerance);
+
 // tolerance: above 0, sheet pixels.
 // Accuracy:  within tolerance of the stroke's path, long steps rounded. A closed one departs from it at the
 //            join: see with_ends_met. It is smooth there unless the stroke has a corner there, and ends

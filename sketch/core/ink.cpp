@@ -17,45 +17,63 @@ bool is_finite_place(const InkPoint& point)
     return std::abs(point.x) <= kFarthest && std::abs(point.y) <= kFarthest; // false for NaN
 }
 
+Vec2 place_of(const InkPoint& point) { return {point.x, point.y}; }
+
+double distance(const InkPoint& a, const InkPoint& b) { return sketch::distance(place_of(a), place_of(b)); }
+
 // The longest of the steps about point i, without the two at the point itself. 0: there are none.
-double longest_step_about(const Path& path, std::size_t i)
+double longest_step_about(const Ink& ink, std::size_t i)
 {
     double longest = 0;
     for (std::size_t k = i > kNeighbours + 1 ? i - kNeighbours - 1 : 0; k + 1 < i; ++k)
-        longest = std::max(longest, distance(path[k], path[k + 1]));
-    for (std::size_t k = i + 1; k + 1 < path.size() && k <= i + kNeighbours; ++k)
-        longest = std::max(longest, distance(path[k], path[k + 1]));
+        longest = std::max(longest, distance(ink[k], ink[k + 1]));
+    for (std::size_t k = i + 1; k + 1 < ink.size() && k <= i + kNeighbours; ++k)
+        longest = std::max(longest, distance(ink[k], ink[k + 1]));
     return longest;
 }
 
-bool is_spike(const Path& path, std::size_t i)
+bool is_spike(const Ink& ink, std::size_t i)
 {
-    const double out = distance(path[i - 1], path[i]);
-    const double back = distance(path[i], path[i + 1]);
-    const double usual = longest_step_about(path, i);
-    const double on = distance(path[i - 1], path[i + 1]);
+    const double out = distance(ink[i - 1], ink[i]);
+    const double back = distance(ink[i], ink[i + 1]);
+    const double usual = longest_step_about(ink, i);
+    const double on = distance(ink[i - 1], ink[i + 1]);
     return usual > 0 && std::min(out, back) > kSpikeStep * usual && on <= 2 * usual;
+}
+
+bool is_new(const InkPoint& point, const Ink& before)
+{
+    return before.empty() || place_of(before.back()) != place_of(point);
 }
 
 } // namespace
 
-Path clean_path(const Ink& ink)
+Ink clean_ink(const Ink& ink)
 {
-    Path path;
-    path.reserve(ink.size());
+    Ink places;
+    places.reserve(ink.size());
     for (const InkPoint& point : ink) {
-        const Vec2 place{point.x, point.y};
-        if (is_finite_place(point) && (path.empty() || path.back() != place))
-            path.push_back(place);
+        if (is_finite_place(point) && is_new(point, places))
+            places.push_back(point);
     }
-    Path kept;
-    kept.reserve(path.size());
-    for (std::size_t i = 0; i < path.size(); ++i) {
-        const bool is_end = i == 0 || i + 1 == path.size();
-        if ((is_end || !is_spike(path, i)) && (kept.empty() || kept.back() != path[i]))
-            kept.push_back(path[i]);
+    Ink kept;
+    kept.reserve(places.size());
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const bool is_end = i == 0 || i + 1 == places.size();
+        if ((is_end || !is_spike(places, i)) && is_new(places[i], kept))
+            kept.push_back(places[i]);
     }
     return kept;
+}
+
+Path clean_path(const Ink& ink)
+{
+    const Ink clean = clean_ink(ink);
+    Path path;
+    path.reserve(clean.size());
+    for (const InkPoint& point : clean)
+        path.push_back(place_of(point));
+    return path;
 }
 
 } // namespace vnt::sketch

@@ -26,6 +26,8 @@ using Ink = std::vector<InkPoint>;
 //   - spikes: one point far off a path that goes on beside it as if it had not been.
 // Times and pressures have no say here: devices that send none, or wrong ones, give the same path.
 Path clean_path(const Ink& ink);
+// The same with their times and pressures.
+Ink clean_ink(const Ink& ink);
 
 // Sheet pixels. No screen reaches as far; beyond it squares of squares would leave the range of doubles.
 constexpr double kFarthest = 1e9;

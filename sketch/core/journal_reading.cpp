@@ -1,5 +1,6 @@
 #include "sketch/core/journal_text.h"
 #include "sketch/core/journal_words.h"
+#include "sketch/core/shape_outline.h"
 
 #include <charconv>
 #include <memory>
@@ -16,6 +17,7 @@ public:
 
     bool is_bad() const { return is_bad_; }
     bool is_read_through() const { return !is_bad_ && is_at_end_; }
+    bool has_more() const { return !is_bad_ && !is_at_end_; }
 
     std::string_view word()
     {
@@ -167,7 +169,35 @@ StrokePtr stroke_in(Words& words)
     return words.is_read_through() ? stroke : nullptr;
 }
 
-bool read_sheet(Words& words, Sheet& sheet)
+bool is_kept(const Stroke& stroke)
+{
+    const auto is_kept_shape = [](const Shape& shape) {
+        return std::visit([](const auto& its) { return vnt::sketch::is_kept(its); }, shape);
+    };
+    return is_kept_shape(stroke.shape) &&
+           std::all_of(stroke.ink.begin(), stroke.ink.end(),
+                       [](const InkPoint& point) {
+                           return are_finite({point.x, point.y});
+                       }) &&
+           std::all_of(stroke.readings.begin(), stroke.readings.end(),
+                       [&](const Reading& reading) { return is_kept_shape(reading.shape); });
+}
+
+// All strokes or none: false when the map leaves of one what no journal holds.
+bool move_strokes(SketchDocument& document, const Affine& map)
+{
+    std::vector<StrokePtr> moved;
+    for (const StrokePtr& stroke : document.strokes()) {
+        moved.push_back(std::make_shared<const Stroke>(mapped(*stroke, map, stroke->id)));
+        if (!is_kept(*moved.back()))
+            return false;
+    }
+    for (StrokePtr& stroke : moved)
+        document.replace(std::move(stroke));
+    return true;
+}
+
+bool read_sheet(Words& words, JournalReading& reading)
 {
     Sheet read;
     read.width = words.number();
@@ -180,9 +210,14 @@ bool read_sheet(Words& words, Sheet& sheet)
         grid.grid_to_sheet = words.map();
         read.grid = grid;
     }
-    if (!words.is_read_through())
+    std::optional<Affine> map;
+    if (words.has_more()) {
+        words.expect("map");
+        map = words.map();
+    }
+    if (!words.is_read_through() || (map && (!try_inverse(*map) || !move_strokes(reading.document, *map))))
         return false;
-    sheet = read;
+    reading.sheet = read;
     return true;
 }
 
@@ -192,7 +227,9 @@ bool read_change(std::string_view line, JournalReading& reading)
     Words words(line);
     const std::string_view change = words.word();
     if (change == "insert") {
-        const auto index = words.any_number<std::size_t>();
+        auto index = words.any_number<std::size_t>();
+        if (reading.skipped > 0)
+            index = std::min(index, reading.document.strokes().size());
         StrokePtr stroke = stroke_in(words);
         return index <= reading.document.strokes().size() &&
                reading.document.insert(index, std::move(stroke));
@@ -204,7 +241,7 @@ bool read_change(std::string_view line, JournalReading& reading)
         return words.is_read_through() && reading.document.take(id);
     }
     if (change == "sheet")
-        return read_sheet(words, reading.sheet);
+        return read_sheet(words, reading);
     if (change != "clear" || !words.is_read_through())
         return false;
     reading.document.clear();
@@ -232,10 +269,12 @@ JournalReading read_journal(std::string_view text)
     while (reading.known && !text.empty()) {
         text = rest;
         const std::optional<std::string_view> line = take_line(rest);
-        if (!line || !read_change(*line, reading))
+        if (!line)
             break;
+        if (!read_change(*line, reading))
+            ++reading.skipped;
     }
-    reading.whole = text.empty();
+    reading.whole = text.empty() && reading.skipped == 0;
     return reading;
 }
 

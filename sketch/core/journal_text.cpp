@@ -161,7 +161,7 @@ std::string journal_replace(const Stroke& stroke)
 
 std::string journal_clear() { return Line("clear").ended(); }
 
-std::string journal_sheet(const Sheet& given)
+std::string journal_sheet(const Sheet& given, const Affine& map)
 {
     const Sheet sheet = kept(given);
     Line line("sheet");
@@ -172,6 +172,10 @@ std::string journal_sheet(const Sheet& given)
     if (sheet.grid) {
         line.number(sheet.grid->subdivisions);
         line.map(sheet.grid->grid_to_sheet);
+    }
+    if (map != Affine() && try_inverse(map)) {
+        line.word("map");
+        line.map(map);
     }
     return std::move(line).ended();
 }

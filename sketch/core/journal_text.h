@@ -6,11 +6,14 @@
 //           STROKE   ID KIND SHAPE ink COUNT (x y time pressure)... readings COUNT (KIND score SHAPE)...
 //           SHAPE    none | straight open|closed COUNT (x y)... | curve open|closed COUNT (x y)...
 //                    | round centre.x centre.y major minor rotation start sweep
-//           sheet    width height a b c d e f tolerance none | grid subdivisions a b c d e f
+//           sheet    width height a b c d e f tolerance none | grid subdivisions a b c d e f [map a b c d e f]
+//         A sheet with a map is another view: every stroke goes where the map takes it.
 //         The other readings stand in it as they are, so that Tab offers the same ones after a crash.
-// Errors: a line that is malformed, or does not fit what stands before it, ends the reading: what came before
-//         stands. The last line without a line feed was cut off, and is passed over. Counts that the text has
-//         no room for are malformed: memory grows with the text, not with what it says.
+// Errors: a line that is malformed, or does not fit what stands before it, is passed over: what came before
+//         stands, and what comes behind is read. The last line without a line feed was cut off, and is passed
+//         over as well. Behind a line that was passed over, a stroke for a place above the top comes on top.
+//         Counts that the text has no room for are malformed: memory grows with the text, not with what it
+//         says.
 #pragma once
 
 #include "sketch/core/sheet.h"
@@ -31,13 +34,15 @@ std::string journal_insert(std::size_t index, const Stroke& stroke);
 std::string journal_take(StrokeId id);
 std::string journal_replace(const Stroke& stroke);
 std::string journal_clear();
-std::string journal_sheet(const Sheet& sheet);
+// map: of every stroke onto the sheet; one that cannot be inverted is left out.
+std::string journal_sheet(const Sheet& sheet, const Affine& map = {});
 
 struct JournalReading {
     SketchDocument document;
     Sheet sheet;
-    bool whole = true;  // false: something stood behind what could be read, be it a line that was cut off
-    bool known = false; // the first line names a format that this program reads
+    bool whole = true;       // false: something could not be read, be it a last line that was cut off
+    bool known = false;      // the first line names a format that this program reads
+    std::size_t skipped = 0; // whole lines that were passed over
 };
 JournalReading read_journal(std::string_view text);
 

@@ -21,6 +21,9 @@ constexpr double kLongStep = 1.0 / 32;
 // Radians; a path that turns by more at a point has a corner there, however few points it has.
 constexpr double kSharpTurn = 60 * kPi / 180;
 
+// Times the step on the other side of a point. A longer arm would swing far out with what turned within little.
+constexpr double kLongestArm = 2;
+
 constexpr int kAddedPoints = 4; // in a long step
 
 // Along points, from wherever the caller likes: the place at a distance from the start, which only grows.
@@ -59,6 +62,21 @@ Path spread(const Path& points, std::size_t count, std::size_t steps)
         even.push_back(walker.at(whole * static_cast<double>(i) / static_cast<double>(steps)));
     return even;
 }
+
+// The arm of a step at one of its points, by how the path goes on behind the point.
+Vec2 arm_of(const Path& path, std::size_t at, bool is_start)
+{
+    const Vec2 in = path[at] - path[at - 1];
+    const Vec2 out = path[at + 1] - path[at];
+    const Vec2 step = is_start ? out : in;
+    if (!(std::abs(turn_between(in, out)) <= kSharpTurn))
+        return step;
+    const double size = std::min(length(step), kLongestArm * length(is_start ? in : out));
+    return size * unit(unit(in) + unit(out));
+}
+
+// At the path's ends as much to the other side: the step bends evenly.
+Vec2 mirrored(Vec2 arm, Vec2 step) { return (2 * dot(arm, step) / dot(step, step)) * step - arm; }
 
 // How many samples at the beginning belong to a hook; 0: there is none.
 std::size_t hook_at_start(const Path& even)
@@ -132,6 +150,22 @@ Path without_hooks(const Path& path)
                    static_cast<double>(kHookSamples - 1 - last) * step);
 }
 
+Vec2 RoundedStep::at(double t) const
+{
+    const double s = 1 - t; // Hermite's weights
+    return from + (t * t * (3 - 2 * t)) * step + (t * s * s) * first - (t * t * s) * second;
+}
+
+RoundedStep rounded_step(const Path& path, std::size_t i)
+{
+    const Vec2 step = path[i + 1] - path[i];
+    Vec2 first = i > 0 ? arm_of(path, i, true) : Vec2{};
+    const Vec2 second = i + 2 < path.size() ? arm_of(path, i + 1, false) : mirrored(first, step);
+    if (i == 0)
+        first = mirrored(second, step);
+    return {path[i], step, first, second};
+}
+
 Path with_long_steps_rounded(const Path& path)
 {
     return with_long_steps_rounded(path, kLongStep * path_length(path));
@@ -142,31 +176,12 @@ Path with_long_steps_rounded(const Path& path, double longest)
     const std::size_t n = path.size();
     if (n < 3)
         return path;
-    // The arm of a step at one of its points, by how the path goes on behind the point.
-    const auto arm = [&](std::size_t at, Vec2 step, std::size_t before, std::size_t after) {
-        const Vec2 in = path[at] - path[before];
-        const Vec2 out = path[after] - path[at];
-        const bool is_bend = std::abs(turn_between(in, out)) <= kSharpTurn;
-        return is_bend ? length(step) * unit(unit(in) + unit(out)) : step;
-    };
-    // At the path's ends as much to the other side: the step bends evenly.
-    const auto mirrored = [](Vec2 other, Vec2 step) {
-        return (2 * dot(other, step) / dot(step, step)) * step - other;
-    };
     Path rounded{path.front()};
     for (std::size_t i = 0; i + 1 < n; ++i) {
-        const Vec2 step = path[i + 1] - path[i];
-        if (length(step) > longest) {
-            Vec2 first = i > 0 ? arm(i, step, i - 1, i + 1) : Vec2{};
-            const Vec2 second = i + 2 < n ? arm(i + 1, step, i, i + 2) : mirrored(first, step);
-            if (i == 0)
-                first = mirrored(second, step);
-            for (int k = 1; k <= kAddedPoints; ++k) {
-                const double t = static_cast<double>(k) / (kAddedPoints + 1);
-                const double s = 1 - t; // Hermite's weights
-                rounded.push_back(path[i] + (t * t * (3 - 2 * t)) * step + (t * s * s) * first -
-                                  (t * t * s) * second);
-            }
+        if (distance(path[i], path[i + 1]) > longest) {
+            const RoundedStep bend = rounded_step(path, i);
+            for (int k = 1; k <= kAddedPoints; ++k)
+                rounded.push_back(bend.at(static_cast<double>(k) / (kAddedPoints + 1)));
         }
         rounded.push_back(path[i + 1]);
     }

@@ -29,9 +29,21 @@ Path without_hooks(const Path& path);
 // is moved fast leaves few points, and what they stand on was no polygon.
 //
 // Source: E. Catmull, R. Rom, A Class of Local Interpolating Splines (1974), with arms along the path at
-//         sharp turns.
+//         sharp turns, and short ones beside short steps: who moves slowly at a point turns there.
 Path with_long_steps_rounded(const Path& path);
 // The same for each step that is longer than longest.
 Path with_long_steps_rounded(const Path& path, double longest);
+
+// The curve that a long step is rounded to.
+struct RoundedStep {
+    Vec2 from;
+    Vec2 step;
+    Vec2 first, second; // its arms, as Hermite has them
+
+    Vec2 at(double t) const; // t from 0 to 1
+};
+
+// From point i to the next of a path of at least three points.
+RoundedStep rounded_step(const Path& path, std::size_t i);
 
 } // namespace vnt::sketch

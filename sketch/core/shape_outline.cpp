@@ -135,7 +135,7 @@ Path cubics_of(const Stroke& stroke, double tolerance)
 {
     if (!std::holds_alternative<std::monostate>(stroke.shape))
         return cubics_of(stroke.shape, tolerance);
-    return free_curve_along(clean_path(stroke.ink), tolerance);
+    return free_curve_along(stroke.ink, tolerance);
 }
 
 Path flattened(const Path& cubics, double tolerance)

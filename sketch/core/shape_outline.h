@@ -20,7 +20,8 @@ namespace vnt::sketch {
 // Source:    the arm 4/3 tan(sweep / 4) of a segment, which touches the circle at both ends and its middle.
 Path cubics_of(const Shape& shape, double tolerance);
 
-// The stroke's curve: its shape's, or of ink the smooth curve along it, within tolerance of its clean path.
+// The stroke's curve: its shape's, or of ink the smooth curve along the line that it is seen as (ink_line.h),
+// within tolerance of it.
 Path cubics_of(const Stroke& stroke, double tolerance);
 
 // The curve as a polyline that lies within tolerance of it.

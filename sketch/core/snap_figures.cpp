@@ -12,6 +12,17 @@ namespace {
 constexpr double kSame = 1e-6;
 // More corners than these are no figure that one aims by its corners.
 constexpr std::size_t kMostCorners = 32;
+// Each corner and each two of them are a way to go, and of each way all corners are looked up: up to eight corners
+// may all aim, of 32 the four nearest to their places.
+constexpr std::size_t kMostLookups = 320;
+
+std::size_t most_aimed(std::size_t corners)
+{
+    std::size_t aimed = 2;
+    while ((aimed + 1) * (aimed + 2) / 2 * corners <= kMostLookups)
+        ++aimed;
+    return aimed;
+}
 
 Vec2 middle_of(const Path& corners)
 {
@@ -67,9 +78,9 @@ public:
         offer(turned(before_, middle_of(before_), turn_));
         if (const std::optional<SnapTarget> target = places.near(middle_of(before_)))
             offer_moved(middle_of(before_), target->at);
-        for (std::size_t i = 0; i < before_.size(); ++i)
-            if (targets_[i])
-                offer_moved(before_[i], targets_[i]->at);
+        aim();
+        for (const std::size_t i : aimed_)
+            offer_moved(before_[i], targets_[i]->at);
     }
 
     // Two corners at their places, the form as it was.
@@ -122,10 +133,25 @@ private:
     template <class Function>
     void for_pairs(const Function& function)
     {
+        for (std::size_t a = 0; a < aimed_.size(); ++a)
+            for (std::size_t b = a + 1; b < aimed_.size(); ++b)
+                if (targets_[aimed_[a]]->at != targets_[aimed_[b]]->at)
+                    function(aimed_[a], aimed_[b]);
+    }
+
+    void aim()
+    {
+        const auto off = [this](std::size_t i) { return distance(before_[i], targets_[i]->at); };
         for (std::size_t i = 0; i < before_.size(); ++i)
-            for (std::size_t k = i + 1; k < before_.size(); ++k)
-                if (targets_[i] && targets_[k] && targets_[i]->at != targets_[k]->at)
-                    function(i, k);
+            if (targets_[i])
+                aimed_.push_back(i);
+        const std::size_t most = most_aimed(before_.size());
+        if (aimed_.size() <= most)
+            return;
+        std::nth_element(aimed_.begin(), aimed_.begin() + static_cast<std::ptrdiff_t>(most), aimed_.end(),
+                         [&](std::size_t a, std::size_t b) { return off(a) < off(b); });
+        aimed_.resize(most);
+        std::sort(aimed_.begin(), aimed_.end());
     }
 
     void offer_moved(Vec2 from, Vec2 to) { offer(turned(moved(before_, to - from), to, turn_)); }
@@ -203,6 +229,7 @@ private:
     Path before_;
     const SnapPlaces& places_;
     std::vector<std::optional<SnapTarget>> targets_; // for each corner
+    std::vector<std::size_t> aimed_;                 // corners that have one, rising
     double angle_;                                   // of the first side
     double turn_ = 0;                                // to its step
     bool stepped_ = false;

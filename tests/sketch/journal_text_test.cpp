@@ -208,6 +208,45 @@ TEST(JournalText, MakesTheSketchThatItsChangesMade)
     EXPECT_EQ(document.new_id(), 10U) << "an id that was ever there is not given again";
 }
 
+TEST(JournalText, MovesAllStrokesWithTheSheetInOneLine)
+{
+    Stroke stroke = small(1);
+    stroke.kind = Kind::line;
+    stroke.shape = kLine;
+    stroke.ink = {
+        {1, 2, 8, 0.5}
+    };
+    stroke.readings.push_back({Kind::line, 0.25, kLine});
+    const std::string line = "sheet 1123 794 0.75 0 0 -0.75 0 595.5 0.75 none map 2 0 0 2 100 -1\n";
+    EXPECT_EQ(journal_sheet({}, {2, 0, 0, 2, 100, -1}), line);
+    const JournalReading reading =
+        read_journal(journal_head() + journal_insert(0, stroke) + journal_insert(1, small(2)) + line);
+    EXPECT_TRUE(reading.whole);
+    EXPECT_EQ(ids_of(reading), (Ids{1, 2}));
+    EXPECT_EQ(journal_insert(0, *reading.document.strokes().at(0)),
+              "insert 0 1 line straight open 2 102 3 106 7 ink 1 102 3 8 0.5 "
+              "readings 1 line 0.25 straight open 2 102 3 106 7\n");
+    EXPECT_EQ(journal_sheet(kWithGrid, {}), journal_sheet(kWithGrid));
+    EXPECT_EQ(journal_sheet({}, {1, 0, 1, 0, 0, 0}), journal_sheet({}))
+        << "a flat map would spoil the shapes";
+    EXPECT_TRUE(read_journal(journal_head() + journal_sheet(kWithGrid, {2, 0, 0, 2, 0, 0})).sheet.grid);
+}
+
+TEST(JournalText, MovesNoStrokeWhereOneWouldBeNowhere)
+{
+    Stroke far = small(2);
+    far.ink = {
+        {1e300, 0, 0, 1}
+    };
+    const std::string strokes = journal_insert(0, full_stroke(1, Kind::line, kLine)) + journal_insert(1, far);
+    const JournalReading before = read_journal(journal_head() + strokes);
+    const JournalReading reading =
+        read_journal(journal_head() + strokes + journal_sheet(kWithGrid, {1e10, 0, 0, 1e10, 0, 0}));
+    EXPECT_FALSE(reading.whole);
+    EXPECT_FALSE(reading.sheet.grid);
+    expect_same(*reading.document.strokes().at(0), *before.document.strokes().at(0));
+}
+
 TEST(JournalText, LeavesOutWhatIsNotFiniteOrDrawsNothing)
 {
     Stroke stroke = small(1);
@@ -304,22 +343,39 @@ const BadLineCase kBadLines[] = {
     {"WithARoundShapeInsideOut",         "insert 2 9 circle round 0 0 5 -5 0 0 6 ink 0 readings 0"},
     {"OfASheetWithoutItsGrid",           "sheet 1 2 1 0 0 1 0 0 1"},
     {"OfASheetWithHalfAGrid",            "sheet 1 2 1 0 0 1 0 0 1 grid 4 1 0"},
+    {"OfASheetWithoutItsMap",            "sheet 1 2 1 0 0 1 0 0 1 none map"},
+    {"OfASheetWithHalfAMap",             "sheet 1 2 1 0 0 1 0 0 1 none map 1 0 0"},
+    {"OfASheetWithAFlatMap",             "sheet 1 2 1 0 0 1 0 0 1 none map 1 0 1 0 0 0"},
+    {"OfASheetWithAWordTooMany",         "sheet 1 2 1 0 0 1 0 0 1 none map 1 0 0 1 0 0 0"},
     {"OfASheetOfNoNumbers",              "sheet nan 2 1 0 0 1 0 0 1 none"},
     {"WithANulByte",                     std::string("take 1\0", 7)},
 };
 // clang-format on
 class JournalWithABadLine : public testing::TestWithParam<BadLineCase> {};
-TEST_P(JournalWithABadLine, IsReadUpToThatLine)
+TEST_P(JournalWithABadLine, IsReadAllButThatLine)
 {
     const std::string before = journal_head() + journal_insert(0, small(1)) + journal_insert(1, small(2));
     const JournalReading reading = read_journal(before + GetParam().line + '\n' + journal_take(2));
     EXPECT_TRUE(reading.known);
     EXPECT_FALSE(reading.whole);
-    EXPECT_EQ(ids_of(reading), (Ids{1, 2}));
+    EXPECT_EQ(reading.skipped, 1U);
+    EXPECT_EQ(ids_of(reading), (Ids{1})) << "the line behind it has been read";
     EXPECT_EQ(reading.sheet.width, Sheet().width);
 }
 INSTANTIATE_TEST_SUITE_P(, JournalWithABadLine, testing::ValuesIn(kBadLines),
                          [](const auto& row) { return row.param.name; });
+
+// As where a block of the disk was lost: the strokes behind it do not go with it.
+TEST(JournalText, BehindABadInsertTheOtherStrokesCome)
+{
+    const std::string text = journal_head() + journal_insert(0, small(1)) + "insert 1 2 ink no" +
+                             std::string(100, '\0') + "\n" + journal_insert(2, small(3)) + journal_take(2) +
+                             journal_insert(0, small(4));
+    const JournalReading reading = read_journal(text);
+    EXPECT_EQ(ids_of(reading), (Ids{4, 1, 3}));
+    EXPECT_EQ(reading.skipped, 2U) << "the bad one, and what was done to its stroke";
+    EXPECT_FALSE(reading.whole);
+}
 
 struct HeadCase {
     const char* name;

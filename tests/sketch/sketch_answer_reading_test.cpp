@@ -310,6 +310,17 @@ TEST(AnswerReading, LeavesTheDescriptorsOfTheProcessAlone)
     EXPECT_NE(fcntl(STDIN_FILENO, F_GETFD), -1);
 }
 
+// The protocol's documents may be that large, and sketches of very many points are.
+TEST(AnswerReading, TakesDocumentsOfMoreThan64MiB)
+{
+    const std::string document = "<vant><shape><line><start x=\"" + std::string(80U << 20U, '0') +
+                                 "1\" y=\"2\" z=\"0\"/><end x=\"5\" y=\"2\" z=\"0\"/></line></shape></vant>";
+    const auto result = strokes_of_answer(document, plain_sheet(), 1);
+    ASSERT_TRUE(std::holds_alternative<std::vector<Stroke>>(result));
+    ASSERT_EQ(std::get<0>(result).size(), 1U);
+    EXPECT_EQ(std::get<Straight>(std::get<0>(result)[0].shape).corners.at(0).x, 1);
+}
+
 struct FaultCase {
     const char* name;
     std::string document;
@@ -329,8 +340,10 @@ const FaultCase kFaults[] = {
     {"Nothing", "", "it was cut off, or is not written as a figure is"},
     {"ALineCutShort", "<vant><shape>", "it was cut off, or is not written as a figure is"},
     {"AnEndTagThatDoesNotFit", "<vant></shape>", "it was cut off, or is not written as a figure is"},
+    {"AnotherRootWithoutAShape", "<svg><path/></svg>", "it holds no sketch"},
+    {"ARequest", "<?xml version=\"1.0\"?><vant><viewport_information/></vant>", "it holds no sketch"},
     {"SeveralLines", "<vant>\n</vant>\n", "it has more than one line"},
-    {"TooManyBytes", std::string(kMostAnswerBytes + 1, 'a'), "it has more than 64 MiB"},
+    {"TooManyBytes", std::string(kMostAnswerBytes + 1, 'a'), "it has more than 128 MiB"},
     {"TooManyElements", repeated("<a>", 2'000'001), "it has more elements than a sketch"},
     {"TooManyAttributes", "<a" + repeated(" a", 6'000'001) + ">", "it has more elements than a sketch"},
     {"AnInfiniteRadius", shape(kArc + "1e999</radius></circle>"), "its shape 1 reaches too far out"},

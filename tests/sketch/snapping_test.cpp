@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ctime>
+#include <limits>
 
 namespace {
 
@@ -220,6 +222,43 @@ TEST(SnapFreeCurve, StaysWhenItIsClosedOrInk)
     const Snapped ink = snap_shape(std::monostate(), Kind::ink, scene, std::nullopt, {});
     EXPECT_TRUE(std::holds_alternative<std::monostate>(ink.shape));
     EXPECT_TRUE(ink.marks.empty());
+}
+
+// Every two of its corners would be 496 ways, with 32 corners to look up of each.
+TEST(SnapManyCorners, LooksUpAFewPlacesForEachOfThem)
+{
+    std::vector<Shape> shapes;
+    for (int i = 0; i < 500; ++i)
+        shapes.push_back(closed({
+            {2.0 * i,       7.0 * (i % 90) },
+            {2.0 * i + 140, 7.0 * (i % 90) },
+            {2.0 * i + 90,  7.0 * (i % 110)}
+        }));
+    const SnapScene scene(shapes);
+    const Grid grid{
+        {12, 0, 0, 12, 0, 0},
+        1
+    };
+    Path corners;
+    for (int i = 0; i < 32; ++i)
+        corners.push_back(Vec2{500, 300} + 200 * unit_at(2 * kPi * i / 32));
+    // The quickest of some, as the machine does other things as well.
+    const auto quickest = [](const auto& run) {
+        std::clock_t least = std::numeric_limits<std::clock_t>::max();
+        for (int i = 0; i < 5; ++i) {
+            const std::clock_t from = std::clock();
+            run();
+            least = std::min(least, std::clock() - from);
+        }
+        return static_cast<double>(least);
+    };
+    constexpr int kPlaces = 1000;
+    const double places = quickest([&] {
+        for (int i = 0; i < kPlaces; ++i)
+            snap_point(corners[static_cast<std::size_t>(i) % 32], scene, grid, {});
+    });
+    const double figure = quickest([&] { snap_shape(closed(corners), Kind::polygon, scene, grid, {}); });
+    EXPECT_LT(figure, 2 * places);
 }
 
 } // namespace

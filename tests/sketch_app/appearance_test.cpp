@@ -4,9 +4,17 @@
 
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDBusVariant>
+#include <QImage>
+#include <QLineEdit>
+#include <QSpinBox>
+#include <QTableWidget>
 
 #include <cmath>
+#include <cstdlib>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -96,6 +104,58 @@ TEST(DesktopWishesTest, TakeAVariantWithinAVariantAndMotionFromEitherPlace)
     EXPECT_FALSE(wishes.reducedMotion());
     wishes.take(kAppearance, "unknown", QDBusVariant(1U));
     EXPECT_EQ(changes, 3);
+}
+
+struct EdgeCase {
+    const char* name;
+    QWidget* (*make)();
+};
+const EdgeCase kEdges[] = {
+    {"ACheckBox",     [] { return static_cast<QWidget*>(new QCheckBox); }     },
+    {"ASpinBox",      [] { return static_cast<QWidget*>(new QSpinBox); }      },
+    {"ADoubleBox",    [] { return static_cast<QWidget*>(new QDoubleSpinBox); }},
+    {"AChoice",       [] { return static_cast<QWidget*>(new QComboBox); }     },
+    {"ALine",         [] { return static_cast<QWidget*>(new QLineEdit); }     },
+    {"AListOfTheirs", [] { return static_cast<QWidget*>(new QTableWidget); }  },
+};
+class Edges : public testing::TestWithParam<EdgeCase> {};
+// From the left and from the right, in the middle of its height, its edge is the first that one meets.
+TEST_P(Edges, AreSeenInHighContrast)
+{
+    Appearance appearance;
+    for (const ColourChoice choice : {ColourChoice::highContrastDark, ColourChoice::highContrastLight}) {
+        appearance.apply(lookOf(choice, DesktopWishes(), kLightDesktop));
+        const std::unique_ptr<QWidget> widget(GetParam().make());
+        widget->resize(GetParam().name == std::string("ACheckBox") ? QSize(24, 24) : QSize(160, 28));
+        const QImage image = widget->grab().toImage();
+        const bool isDark = choice == ColourChoice::highContrastDark;
+        int edges = 0;
+        for (int x = 0; x < 6; ++x)
+            edges += (qGray(image.pixel(x, image.height() / 2)) > 128) == isDark ? 1 : 0;
+        EXPECT_GE(edges, 1) << (isDark ? "dark" : "light");
+        EXPECT_LE(edges, 4) << "and it is an edge, not a field";
+    }
+    appearance.apply({});
+}
+INSTANTIATE_TEST_SUITE_P(, Edges, testing::ValuesIn(kEdges), [](const auto& row) { return row.param.name; });
+
+TEST(HighContrast, ShowsWhetherABoxIsChecked)
+{
+    Appearance appearance;
+    for (const ColourChoice choice : {ColourChoice::highContrastDark, ColourChoice::highContrastLight}) {
+        appearance.apply(lookOf(choice, DesktopWishes(), kLightDesktop));
+        QCheckBox box;
+        box.resize(24, 24);
+        const QImage before = box.grab().toImage();
+        box.setChecked(true);
+        const QImage after = box.grab().toImage();
+        int different = 0;
+        for (int y = 0; y < after.height(); ++y)
+            for (int x = 0; x < after.width(); ++x)
+                different += std::abs(qGray(before.pixel(x, y)) - qGray(after.pixel(x, y))) > 128 ? 1 : 0;
+        EXPECT_GE(different, 20) << static_cast<int>(choice);
+    }
+    appearance.apply({});
 }
 
 // Web Content Accessibility Guidelines 2.1, "relative luminance" and "contrast ratio".

@@ -179,6 +179,61 @@ TEST_F(CanvasEditing, MovesByPixelsOfTheScreenWithTheArrows)
     EXPECT_NEAR(model.document().find(1)->ink.front().x, 105, 1e-9);
 }
 
+TEST_F(CanvasEditing, SelectsNothingOnEscape)
+{
+    click({200, 100});
+    key(Qt::Key_Escape, Qt::ShiftModifier);
+    EXPECT_EQ(model.selection(), (Ids{1})) << "that is another key";
+    key(Qt::Key_Escape);
+    EXPECT_EQ(model.selection(), Ids());
+    EXPECT_EQ(model.undoStack().count(), 3);
+}
+
+TEST_F(CanvasEditing, TakesMovesByKeysThatFollowEachOtherForOneStep)
+{
+    click({200, 100});
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    key(Qt::Key_Down);
+    ASSERT_EQ(model.undoStack().count(), 4);
+    click({200, 200});
+    key(Qt::Key_Right);
+    EXPECT_EQ(model.undoStack().count(), 5) << "another stroke";
+    model.undoStack().undo();
+    model.undoStack().undo();
+    EXPECT_EQ(model.document().find(1)->ink.front().x, 100);
+    model.undoStack().redo();
+    EXPECT_EQ(model.document().find(1)->ink.front().x, 102);
+    EXPECT_EQ(model.document().find(1)->ink.front().y, 101);
+    model.setNudgePause(0);
+    click({202, 101});
+    key(Qt::Key_Right);
+    key(Qt::Key_Right);
+    EXPECT_EQ(model.undoStack().count(), 6) << "a while after each other";
+}
+
+TEST_F(CanvasEditing, TakesAMoveByHandForAStepOfItsOwn)
+{
+    click({200, 100});
+    key(Qt::Key_Right);
+    mouse.draw(linePath({200, 100}, {200, 150}));
+    key(Qt::Key_Right);
+    EXPECT_EQ(model.undoStack().count(), 6);
+}
+
+TEST_F(CanvasEditing, SelectsAgainWhatComesBack)
+{
+    model.setSelection({1, 3});
+    key(Qt::Key_Delete);
+    EXPECT_EQ(model.selection(), Ids());
+    model.undoStack().undo();
+    EXPECT_EQ(model.selection(), (Ids{1, 3}));
+    model.setSelection({2});
+    model.clear();
+    model.undoStack().undo();
+    EXPECT_EQ(model.selection(), (Ids{2})) << "what was selected of it";
+}
+
 TEST_F(CanvasEditing, ErasesWholeStrokesInOneStepAWay)
 {
     canvas.setTool(Tool::eraser);

@@ -1,8 +1,14 @@
 // Where ink lands, to fractions of a pixel, at whatever scale the screen has (see canvas.cmake), and that
 // what is painted piece by piece is what is painted at once.
+#include "sketch/core/answer.h"
+#include "sketch/core/shape_outline.h"
 #include "tests/sketch_app/canvas_hand.h"
 
+#include <QPaintEvent>
+#include <QRegion>
+
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -102,6 +108,87 @@ TEST_F(CanvasInk, LooksTheSameWhenThePenIsLifted)
     mouse.release({380, 200});
     ASSERT_EQ(count(), 1U);
     EXPECT_EQ(difference(drawn, picture()), "");
+}
+
+TEST_F(CanvasInk, IsTheLineThatTheEditorGets)
+{
+    Path fast;
+    for (int i = 0; i <= 9; ++i)
+        fast.push_back(Vec2{300, 300} + 200 * vnt::sketch::unit_at(0.6 * i));
+    mouse.drawOn(fast);
+    const QImage drawn = picture();
+    mouse.release(point(fast.back()));
+    const auto read = vnt::sketch::strokes_of_answer(
+        vnt::sketch::answer_of(model.document().strokes(), model.sheet()), model.sheet(), 1);
+    const auto* const strokes = std::get_if<std::vector<vnt::sketch::Stroke>>(&read);
+    ASSERT_NE(strokes, nullptr);
+    ASSERT_EQ(strokes->size(), 1U);
+    const Path sent = vnt::sketch::flattened(vnt::sketch::cubics_of(strokes->front(), 0.1), 0.1);
+    ASSERT_GT(sent.size(), 50U);
+    const QImage lifted = picture();
+    for (const QImage& seen : {drawn, lifted}) {
+        const double ratio = seen.devicePixelRatio();
+        for (const Vec2 p : sent)
+            EXPECT_GT(darkness(seen, static_cast<int>(p.x * ratio), static_cast<int>(p.y * ratio)), 0.2)
+                << p.x << ' ' << p.y;
+    }
+}
+
+// What a widget is asked to paint.
+class PaintedRegion : public QObject {
+public:
+    explicit PaintedRegion(QWidget& widget) : m_widget(widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            m_region |= static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+    // Since the last call, as the window does it with each frame.
+    QRegion paint()
+    {
+        QEvent request(QEvent::UpdateRequest);
+        QCoreApplication::sendEvent(m_widget.window(), &request);
+        return std::exchange(m_region, {});
+    }
+    void forget() { m_region = {}; }
+
+private:
+    QWidget& m_widget;
+    QRegion m_region;
+};
+
+// How many pixels changed where nothing was painted.
+int changedOutside(const QRegion& region, const QImage& before, const QImage& after)
+{
+    const double ratio = after.devicePixelRatio();
+    int changed = 0;
+    for (int y = 0; y < after.height(); ++y)
+        for (int x = 0; x < after.width(); ++x) {
+            const QPoint at(static_cast<int>(x / ratio), static_cast<int>(y / ratio));
+            const int by = std::abs(qGray(after.pixel(x, y)) - qGray(before.pixel(x, y)));
+            changed += by > 8 && !region.contains(at) ? 1 : 0;
+        }
+    return changed;
+}
+
+// The line between few points changes behind the pen as well, and so does what a spike stood for.
+TEST_F(CanvasInk, OfAFastPenIsPaintedWhereverItChanges)
+{
+    change([](CanvasSettings& settings) { settings.inkWidth = 5; });
+    PaintedRegion painted(canvas);
+    mouse.press({300, 300});
+    QImage before = picture();
+    painted.forget();
+    for (int i = 1; i <= 60; ++i) {
+        const double far = i % 11 == 7 ? 280 : 20 + 3 * i;
+        mouse.move(QPointF(300 + far * std::cos(0.5 * i), 300 + far * std::sin(0.5 * i)));
+        const QRegion region = painted.paint();
+        const QImage after = picture();
+        painted.forget();
+        EXPECT_EQ(changedOutside(region, before, after), 0) << "after move " << i;
+        before = after;
+    }
 }
 
 TEST_F(CanvasInk, ShowsHowHardThePenPresses)

@@ -40,6 +40,24 @@ TEST_F(CanvasInput, TakesThePensPressureAndPlaceAsTheyCome)
     EXPECT_EQ(ink.back().pressure, 0.75);
 }
 
+TEST_F(CanvasInput, GivesTheKeyboardToTheSheetThatThePenTouches)
+{
+    QWidget window;
+    SketchCanvas inside(model, &window);
+    inside.resize(800, 600);
+    QWidget other(&window);
+    other.setFocusPolicy(Qt::StrongFocus);
+    window.show();
+    window.activateWindow();
+    other.setFocus();
+    ASSERT_TRUE(runUntil([&] { return other.hasFocus(); }));
+    Pen tip(inside);
+    tip.hover({100, 100});
+    EXPECT_FALSE(inside.hasFocus());
+    tip.press({100, 100});
+    EXPECT_TRUE(inside.hasFocus());
+}
+
 TEST_F(CanvasInput, ErasesWithTheEndOfThePen)
 {
     mouse.draw(linePath({100, 100}, {300, 100}));
@@ -222,5 +240,49 @@ TEST_F(CanvasInput, EndsAStrokeWhoseReleaseWentElsewhere)
     ASSERT_EQ(count(), 2U);
     EXPECT_EQ(top()->ink.back().x, 350);
 }
+
+struct ClaimCase {
+    const char* name;
+    int key;
+    Qt::KeyboardModifiers modifiers;
+    bool isClaimed;
+};
+const ClaimCase kClaims[] = {
+    {"Return",        Qt::Key_Return, {},                                       true },
+    {"EnterOfThePad", Qt::Key_Enter,  Qt::KeypadModifier,                       true },
+    {"Escape",        Qt::Key_Escape, {},                                       true },
+    {"CtrlReturn",    Qt::Key_Return, Qt::ControlModifier,                      false},
+    {"CtrlEnter",     Qt::Key_Enter,  Qt::ControlModifier | Qt::KeypadModifier, false},
+    {"ShiftEscape",   Qt::Key_Escape, Qt::ShiftModifier,                        false},
+    {"MetaReturn",    Qt::Key_Return, Qt::MetaModifier,                         false},
+};
+class CanvasClaims : public Canvas, public testing::WithParamInterface<ClaimCase> {
+protected:
+    bool isClaimed()
+    {
+        QKeyEvent event(QEvent::ShortcutOverride, GetParam().key, GetParam().modifiers);
+        event.ignore();
+        QCoreApplication::sendEvent(&canvas, &event);
+        return event.isAccepted();
+    }
+};
+TEST_P(CanvasClaims, TheKeysThatAnswerWhatIsShownOrEndWhatIsDone)
+{
+    EXPECT_FALSE(isClaimed()) << "nothing is shown";
+    mouse.drawOn(circlePath({300, 300}, 80));
+    EXPECT_EQ(isClaimed(), GetParam().isClaimed) << "a stroke is drawn";
+    key(GetParam().key, GetParam().modifiers);
+    EXPECT_EQ(canvas.isDrawing(), GetParam().key != Qt::Key_Escape || !GetParam().isClaimed);
+    if (!canvas.isDrawing())
+        mouse.drawOn(circlePath({300, 300}, 80));
+    mouse.release({380, 300});
+    key(Qt::Key_Tab);
+    ASSERT_NE(canvas.offeredReading(), "");
+    EXPECT_EQ(isClaimed(), GetParam().isClaimed) << "a reading is shown";
+    key(GetParam().key, GetParam().modifiers);
+    EXPECT_EQ(canvas.offeredReading().isEmpty(), GetParam().isClaimed);
+}
+INSTANTIATE_TEST_SUITE_P(, CanvasClaims, testing::ValuesIn(kClaims),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace

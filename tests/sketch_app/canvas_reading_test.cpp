@@ -240,6 +240,102 @@ TEST_F(CanvasReading, ConvertsEveryStrokeAfterAMomentWhenAskedTo)
     EXPECT_EQ(kinds(), (std::vector{Kind::ink, Kind::ink}));
 }
 
+TEST_F(CanvasReading, IsTheInkThatEscapeKeptThoughEveryStrokeIsConverted)
+{
+    struct Way {
+        const char* name;
+        Tool tool;
+        bool isAlways;
+    };
+    holdBriefly();
+    for (const Way& way : {
+             Way{"convert every stroke", Tool::pen,    true },
+             Way{"a tool for one kind",  Tool::circle, false}
+    }) {
+        change([&](CanvasSettings& settings) { settings.convertAlways = way.isAlways; });
+        canvas.setTool(way.tool);
+        mouse.drawOn(circlePath({300, 300}, 80));
+        ASSERT_TRUE(restUntilOffered()) << way.name;
+        key(Qt::Key_Escape);
+        mouse.release({380, 300});
+        EXPECT_EQ(offered(), "") << way.name;
+        EXPECT_EQ(topKind(), Kind::ink) << way.name;
+    }
+    EXPECT_EQ(count(), 2U);
+}
+
+TEST_F(CanvasReading, IsTakenWhereTheSketchIsToBeWhatOneSees)
+{
+    canvas.setTool(Tool::circle);
+    mouse.draw(circlePath({300, 300}, 80));
+    ASSERT_EQ(offered(), "circle");
+    canvas.settle();
+    EXPECT_EQ(offered(), "");
+    EXPECT_EQ(kinds(), (std::vector{Kind::circle}));
+
+    mouse.drawOn(circlePath({500, 300}, 80)); // the pen is still down
+    canvas.settle();
+    EXPECT_EQ(kinds(), (std::vector{Kind::circle, Kind::circle}));
+}
+
+TEST_F(CanvasReading, StaysOfferedThereWhenItWasAskedFor)
+{
+    mouse.draw(circlePath({300, 300}, 80));
+    key(Qt::Key_Tab);
+    canvas.settle();
+    EXPECT_EQ(offered(), "circle");
+    EXPECT_EQ(kinds(), (std::vector{Kind::ink}));
+}
+
+TEST_F(CanvasReading, IsTakenBeforeTheSheetBecomesAnother)
+{
+    canvas.setTool(Tool::circle);
+    mouse.draw(circlePath({300, 300}, 80));
+    ASSERT_EQ(offered(), "circle");
+    model.changeSheet(model.sheet(), {1, 0, 0, 1, 50, 0});
+    ASSERT_EQ(kinds(), (std::vector{Kind::circle}));
+    EXPECT_NEAR(roundOf(top()).ellipse.centre.x, 350, 0.5);
+}
+
+TEST_F(CanvasReading, GoesWithTheFirstUndoBeforeItIsTaken)
+{
+    canvas.setTool(Tool::circle);
+    mouse.draw(circlePath({300, 300}, 80));
+    ASSERT_EQ(offered(), "circle");
+    canvas.undo();
+    EXPECT_EQ(offered(), "");
+    EXPECT_EQ(kinds(), (std::vector{Kind::ink}));
+    canvas.undo();
+    EXPECT_EQ(count(), 0U);
+}
+
+TEST_F(CanvasReading, LeavesTabAloneWhileSomethingIsDone)
+{
+    QWidget window;
+    SketchCanvas inside(model, &window);
+    inside.resize(800, 600);
+    QWidget next(&window);
+    next.setFocusPolicy(Qt::StrongFocus);
+    window.show();
+    window.activateWindow();
+    inside.setFocus();
+    ASSERT_TRUE(runUntil([&] { return inside.hasFocus(); }));
+    Mouse hand(inside);
+    const auto tab = [&] {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+        QCoreApplication::sendEvent(&inside, &event);
+    };
+    hand.drawOn(circlePath({300, 300}, 80)); // nothing is there that has readings
+    tab();
+    EXPECT_FALSE(next.hasFocus()) << "while a stroke is drawn";
+    hand.release({380, 300});
+    inside.setTool(Tool::select);
+    hand.drawOn(linePath({380, 300}, {420, 300}));
+    tab();
+    EXPECT_FALSE(next.hasFocus()) << "while a selection is dragged";
+    EXPECT_EQ(inside.offeredReading(), "") << "while a selection is dragged";
+}
+
 TEST_F(CanvasReading, LeavesWhatIsSmallAsInk)
 {
     change([](CanvasSettings& settings) {

@@ -78,6 +78,60 @@ TEST_F(CanvasSnapping, IsSuspendedByAlt)
     EXPECT_NEAR(distance(corners()[1], {297, 164}), 0, 0.01);
 }
 
+TEST_F(CanvasSnapping, IsSuspendedByCtrlWhileTheStrokeIsDrawn)
+{
+    offer(linePath({103, 97}, {297, 164}));
+    keyDown(Qt::Key_Control);
+    EXPECT_EQ(last, "");
+    mouse.release({297, 164}, Qt::ControlModifier);
+    EXPECT_NEAR(distance(corners()[0], {103, 97}), 0, 0.01);
+    EXPECT_NEAR(distance(corners()[1], {297, 164}), 0, 0.01);
+}
+
+TEST_F(CanvasSnapping, IsNotSuspendedByCtrlThatBeginsACommand)
+{
+    change([](CanvasSettings& settings) { settings.holdMilliseconds = kNever; });
+    canvas.setTool(Tool::line);
+    mouse.draw(linePath({103, 97}, {297, 164}));
+    ASSERT_EQ(last, "grid crossing");
+    keyDown(Qt::Key_Control);
+    EXPECT_EQ(last, "grid crossing");
+    canvas.settle();
+    EXPECT_NEAR(distance(corners()[0], {100, 100}), 0, 1e-6);
+}
+
+TEST_F(CanvasSnapping, HoldsForWhatIsShownWhenItIsSwitched)
+{
+    canvas.setTool(Tool::line);
+    mouse.draw(linePath({103, 97}, {297, 164}));
+    ASSERT_EQ(last, "grid crossing");
+    change([](CanvasSettings& settings) {
+        settings.snapToGrid = settings.snapToShapes = settings.snapToAngles = false;
+    });
+    EXPECT_EQ(last, "");
+    canvas.takeOffered();
+    EXPECT_NEAR(distance(corners()[0], {103, 97}), 0, 0.01);
+}
+
+TEST_F(CanvasSnapping, HoldsForWhatIsShownWhenTheGridBecomesAnother)
+{
+    change([](CanvasSettings& settings) { settings.holdMilliseconds = kNever; });
+    mouse.draw(linePath({103, 97}, {297, 164}));
+    key(Qt::Key_Tab);
+    ASSERT_EQ(last, "grid crossing");
+    canvas.setScale(2);
+    const QTransform view = canvas.sheetToWidget();
+    Sheet sheet = model.sheet();
+    sheet.grid.reset();
+    model.setSheet(sheet);
+    EXPECT_EQ(last, "");
+    EXPECT_EQ(canvas.sheetToWidget(), view) << "the sheet is as large as before: nothing moves";
+    sheet.width += 100;
+    model.setSheet(sheet);
+    EXPECT_EQ(canvas.viewScale(), 1);
+    EXPECT_EQ(canvas.sheetToWidget().map(QPointF(450, 300)), QPointF(400, 300));
+}
+
 TEST_F(CanvasSnapping, ComesBackWhenAltIsReleased)
 {
     offer(linePath({103, 97}, {297, 164}));

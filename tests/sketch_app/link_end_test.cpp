@@ -156,6 +156,27 @@ TEST(LinkShutDown, WaitsForASlowEditorButNotForEver)
     EXPECT_EQ(link.server.state(), State::closed);
 }
 
+TEST(LinkShutDown, TellsOfAnAnswerThatIsHandedOverWithinIt)
+{
+    HeardLink link;
+    ScriptedEditor editor(link.server.port());
+    editor.send(requestLine());
+    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    ASSERT_TRUE(link.server.answer(QByteArray(32 * 1024 * 1024, ' ')));
+    ASSERT_TRUE(link.server.isSending());
+    std::thread plugin([&editor] {
+        while (!editor.isOver()) {
+            pollfd answer{editor.socket(), POLLIN, 0};
+            poll(&answer, 1, kLimitMilliseconds);
+        }
+    });
+    link.server.shutDown();
+    plugin.join();
+    EXPECT_EQ(editor.received().size(), 32U * 1024 * 1024 + 1);
+    EXPECT_FALSE(editor.isReset());
+    EXPECT_TRUE(link.says({"answered", "closed"}));
+}
+
 TEST(LinkShutDown, IsWhatItsDestructionDoes)
 {
     auto link = std::make_unique<HeardLink>();

@@ -62,6 +62,36 @@ TEST_F(MainWindows, TellHowItStandsWithTheEditor)
     EXPECT_EQ(shown->count(), 2U);
 }
 
+TEST_F(MainWindows, TellACancelledEditorFromOneThatHasASketch)
+{
+    auto editor = editorThatAsks();
+    shown->drawLine();
+    shown->choose("send");
+    EXPECT_TRUE(runUntil([&] { return says("Sent at "); })) << state();
+    editor = editorThatAsks();
+    shown->choose("cancel");
+    EXPECT_TRUE(runUntil([&] { return says("Cancelled"); })) << state();
+    EXPECT_EQ(state(), "Cancelled: the editor has got an empty figure.");
+}
+
+TEST_F(MainWindows, OfferNoAnswerWhileOneIsOnItsWay)
+{
+    const auto editor = editorThatAsks();
+    vnt::sketch::Straight zigzag; // more than the system takes at once, and out of sight: quick to paint
+    for (int i = 0; i < 150000; ++i)
+        zigzag.corners.push_back({50000 + i % 1000 + 0.25, i % 2 * 500 + 0.75});
+    vnt::sketch::Stroke stroke;
+    stroke.kind = vnt::sketch::Kind::polyline;
+    stroke.shape = std::move(zigzag);
+    shown->model().addStrokes({stroke}, "Insert");
+    shown->choose("send");
+    EXPECT_EQ(state(), "Sending…");
+    EXPECT_FALSE(shown->action("send").isEnabled());
+    EXPECT_FALSE(shown->action("cancel").isEnabled());
+    EXPECT_TRUE(editor->receivedToItsEnd().ends_with("</vant>\n"));
+    EXPECT_TRUE(runUntil([&] { return says("Sent at "); })) << state();
+}
+
 TEST_F(MainWindows, TellWhoWaitsForTheirTurn)
 {
     const auto first = editorThatAsks();

@@ -45,6 +45,8 @@ const ElementCase kElements[] = {
      "<circle cx=\"50\" cy=\"60\" r=\"20\"/>"                                           },
     {"ACircleDrawnTheOtherWayIsOneAsWell", Kind::circle,     Round{{{50, 60}, 20, 20, 0}, 1, -2 * kPi},
      "<circle cx=\"50\" cy=\"60\" r=\"20\"/>"                                           },
+    {"ACircleButForRoundingIsOneAsWell",   Kind::circle,     Round{{{50, 60}, 20, 20, 0}, 1, 2 * kPi - 1e-12},
+     "<circle cx=\"50\" cy=\"60\" r=\"20\"/>"                                           },
     {"AnEllipseIsATurnedEllipse",          Kind::ellipse,    Round{{{50, 60}, 20, 10, kPi / 6}, 0, 2 * kPi},
      "<ellipse cx=\"50\" cy=\"60\" rx=\"20\" ry=\"10\" transform=\"rotate(30 50 60)\"/>"},
     {"AFreeCurveIsItsSegments",            Kind::free_curve, Curve{{{0, 0}, {1, 2}, {3, 4}, {5, 6}}, false},

@@ -1,20 +1,21 @@
 #include "sketch/app/sketch_files.h"
 
+#include "tests/sketch_app/full_disk.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <QFile>
 
-#include <sys/resource.h>
+#include <sys/stat.h>
 
-#include <csignal>
 #include <memory>
 #include <string>
 
 namespace {
 
 using namespace vnt::sketch;
+using sketch_app_test::FullDisk;
 
 QString own(const std::string& path) { return QString::fromStdString(path); }
 
@@ -80,6 +81,24 @@ TEST(SketchFiles, MayBeLaidOutForReading)
     EXPECT_EQ(strokesIn(file).size(), 1U);
 }
 
+TEST(SketchFiles, MayBeEmpty)
+{
+    const support::TemporaryFolder folder;
+    const std::string file = folder.path("empty.xml");
+    ASSERT_EQ(writeSketch(own(file), {}, Sheet()).sentence, "");
+    EXPECT_TRUE(strokesIn(file).empty());
+    EXPECT_TRUE(
+        strokesIn(folder.file("own.xml", "<?xml version=\"1.0\"?>\n<!-- none -->\n<vant/>\n")).empty());
+}
+
+TEST(SketchFiles, MayHaveAnyRootAroundTheirShapes)
+{
+    const support::TemporaryFolder folder;
+    const std::string content = "<figure><shape><line><start x=\"0\" y=\"0\"/><end x=\"9\" y=\"0\"/></line>"
+                                "</shape></figure>";
+    EXPECT_EQ(strokesIn(folder.file("any.xml", content)).size(), 1U);
+}
+
 TEST(SketchFiles, OfTheExamplesAreRead)
 {
     EXPECT_EQ(strokesIn(VNT_ANSWERS "/every_primitive.xml").size(), 27U);
@@ -91,9 +110,15 @@ struct BadCase {
     const char* says;
 };
 const BadCase kBad[] = {
-    {"AMissingFile",    nullptr,             "No such file"            },
-    {"AnUnclosedShape", "<vant><shape>\n",   "The sketch is as it was."},
-    {"NoMarkupAtAll",   "\x89PNG\r\n\x1a\n", "The sketch is as it was."},
+    {"AMissingFile",    nullptr,                                                                          "No such file"            },
+    {"AnUnclosedShape", "<vant><shape>\n",                                                                "The sketch is as it was."},
+    {"NoMarkupAtAll",   "\x89PNG\r\n\x1a\n",                                                              "The sketch is as it was."},
+    {"APicture",
+     "<?xml version=\"1.0\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\"><path d=\"M0 0L9 9\"/></svg>\n", "it holds no sketch"      },
+    {"AnEmptyPicture",  "<svg></svg>",                                                                    "it holds no sketch"      },
+    {"ARequest",
+     "<?xml version=\"1.0\"?><vant><viewport_information height=\"768\" width=\"1024\" x=\"0\" "
+     "y=\"22\"/></vant>",                                                                                 "it holds no sketch"      },
 };
 class BadSketchFiles : public testing::TestWithParam<BadCase> {};
 TEST_P(BadSketchFiles, AreToldWithTheirNames)
@@ -111,24 +136,6 @@ TEST_P(BadSketchFiles, AreToldWithTheirNames)
 INSTANTIATE_TEST_SUITE_P(, BadSketchFiles, testing::ValuesIn(kBad),
                          [](const auto& row) { return row.param.name; });
 
-// Files of this process may not grow past a limit for a while: the disk is full.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit small{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
-
-private:
-    rlimit before_{};
-};
-
 TEST(SketchFiles, AreAsTheyWereWhenTheDiskIsFull)
 {
     const support::TemporaryFolder folder;
@@ -141,6 +148,39 @@ TEST(SketchFiles, AreAsTheyWereWhenTheDiskIsFull)
     EXPECT_TRUE(sentence.startsWith("Cannot write " + own(file) + ": ")) << sentence.toStdString();
     EXPECT_EQ(support::content_of(file), "before");
     EXPECT_EQ(folder.names(), std::set<std::string>{"sketch.xml"});
+}
+
+// Opening a pipe would wait for somebody who writes to it.
+TEST(SketchFiles, AreNotReadFromAPipeOrAFolder)
+{
+    const support::TemporaryFolder folder;
+    const std::string pipe = folder.path("pipe.xml");
+    ASSERT_EQ(mkfifo(pipe.c_str(), S_IRUSR | S_IWUSR), 0);
+    for (const std::string& file : {pipe, folder.path("")}) {
+        const auto read = readSketch(own(file), Sheet());
+        ASSERT_TRUE(std::holds_alternative<FileProblem>(read)) << file;
+        EXPECT_EQ(std::get<FileProblem>(read).sentence.toStdString(),
+                  "Cannot open " + file + ": it is no ordinary file. The sketch is as it was.");
+    }
+}
+
+TEST(SketchFiles, AreNotWrittenWhereTheyCouldNotBeReadAgain)
+{
+    Path corners;
+    for (int i = 0; i < 600'000; ++i)
+        corners.push_back({static_cast<double>(i % 1000), static_cast<double>(i % 7)});
+    Stroke large;
+    large.id = 1;
+    large.kind = Kind::polyline;
+    large.shape = Straight{corners, false};
+    const support::TemporaryFolder folder;
+    const std::string file = folder.file("sketch.xml", "before");
+    const QString sentence =
+        writeSketch(own(file), {std::make_shared<const Stroke>(large)}, Sheet()).sentence;
+    EXPECT_TRUE(
+        sentence.startsWith("Cannot write " + own(file) + ": the sketch is too large to be opened again."))
+        << sentence.toStdString();
+    EXPECT_EQ(support::content_of(file), "before");
 }
 
 } // namespace

@@ -1,16 +1,27 @@
 #include "sketch/app/sketch_journal.h"
 
+#include "sketch/app/journal_file.h"
 #include "sketch/core/journal_text.h"
 #include "tests/sketch_app/event_loop.h"
+#include "tests/sketch_app/full_disk.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
 #include <memory>
+#include <set>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -32,6 +43,14 @@ Ink inkAt(double y, int points = 20)
     for (int i = 0; i < points; ++i)
         ink.push_back({i * 2.5, y + i / 7.0, i * 8.0, 0.25});
     return ink;
+}
+
+StrokePtr strokeAt(StrokeId id)
+{
+    Stroke stroke;
+    stroke.id = id;
+    stroke.ink = inkAt(static_cast<double>(id));
+    return std::make_shared<const Stroke>(stroke);
 }
 
 const Reading kLine{
@@ -238,6 +257,146 @@ TEST_F(SketchJournals, DropWhatWasUndoneWhenItHasBecomeLong)
     EXPECT_EQ(textOf(documentIn(journal.file())), textOf(model.document()));
     model.addInk(inkAt(2), {});
     EXPECT_EQ(documentIn(journal.file()).strokes().size(), 2U);
+}
+
+enum class End { goOnWaiting, end, anotherSketch };
+struct FullDiskCase {
+    const char* name;
+    rlim_t bytes; // that a file may have
+    End end;
+};
+// One stroke of inkAt is some 600 bytes.
+const FullDiskCase kFullDisks[] = {
+    {"AtTheFirstStrokeIsTriedAgainAfterAWhile",       10,   End::goOnWaiting  },
+    {"AtTheLastStrokeIsTriedAgainAfterAWhile",        1000, End::goOnWaiting  },
+    {"AtTheFirstStrokeIsTriedAgainAtTheEnd",          10,   End::end          },
+    {"AtTheLastStrokeIsTriedAgainAtTheEnd",           1000, End::end          },
+    {"AtTheFirstStrokeIsTriedAgainBeforeAnother",     10,   End::anotherSketch},
+    {"AtTheLastStrokeIsTriedAgainBeforeAnotherComes", 1000, End::anotherSketch},
+};
+class FullDisks : public SketchJournals, public testing::WithParamInterface<FullDiskCase> {};
+TEST_P(FullDisks, LoseNothingOnceThereIsRoom)
+{
+    SketchModel model;
+    auto journal = std::make_unique<SketchJournal>(model, path());
+    QStringList told;
+    int mended = 0;
+    QObject::connect(journal.get(), &SketchJournal::failed, [&told](const QString& why) { told += why; });
+    QObject::connect(journal.get(), &SketchJournal::mended, [&mended] { ++mended; });
+    {
+        const FullDisk full(GetParam().bytes);
+        model.addInk(inkAt(1), {});
+        model.addInk(inkAt(2), {});
+        model.addInk(inkAt(3), {});
+        letPass(2300); // a try in vain
+    }
+    EXPECT_EQ(told, QStringList{qt_error_string(EFBIG)});
+    const std::string drawn = textOf(model.document());
+    if (GetParam().end == End::goOnWaiting) {
+        ASSERT_TRUE(runUntil([&] { return mended == 1; }));
+        EXPECT_EQ(textOf(documentIn(journal->file())), drawn);
+    } else if (GetParam().end == End::end) {
+        journal.reset();
+        journal = std::make_unique<SketchJournal>(model, path());
+        ASSERT_EQ(journal->left().size(), 1U);
+        EXPECT_EQ(textOf(documentIn(journal->left()[0].file)), drawn);
+    } else {
+        model.reset({});
+        ASSERT_EQ(journal->earlier().size(), 1U);
+        EXPECT_EQ(textOf(documentIn(journal->earlier()[0].file)), drawn);
+    }
+}
+INSTANTIATE_TEST_SUITE_P(, FullDisks, testing::ValuesIn(kFullDisks),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_F(SketchJournals, KeepAnOldSketchThatIsPutAwayNow)
+{
+    SketchModel model;
+    SketchJournal journal(model, path());
+    for (int i = 0; i < SketchJournal::kMostEarlier; ++i) {
+        model.addInk(inkAt(i), {});
+        model.reset({});
+    }
+    const std::string old = folder.file("old.sketch", journal_head() + journal_insert(0, *strokeAt(1)));
+    QFile file(QString::fromStdString(old));
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(
+        file.setFileTime(QDateTime::currentDateTime().addYears(-1), QFileDevice::FileModificationTime));
+    file.close();
+    journal.discard(QString::fromStdString(old));
+    const auto earlier = journal.earlier();
+    EXPECT_EQ(earlier.size(), static_cast<std::size_t>(SketchJournal::kMostEarlier));
+    const QFileInfo moved(path("earlier/old.sketch"));
+    ASSERT_TRUE(moved.exists());
+    EXPECT_GE(moved.lastModified(), QFileInfo(earlier.at(0).file).lastModified()) << "none is later";
+
+    // By a clock that went wrong all the others are later.
+    for (const SketchJournal::Left& one : earlier) {
+        QFile later(one.file);
+        ASSERT_TRUE(later.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(
+            later.setFileTime(QDateTime::currentDateTime().addYears(1), QFileDevice::FileModificationTime));
+    }
+    folder.file("now.sketch", journal_head() + journal_insert(0, *strokeAt(1)));
+    journal.discard(path("now.sketch"));
+    EXPECT_TRUE(QFile::exists(path("earlier/now.sketch")));
+    EXPECT_EQ(journal.earlier().size(), static_cast<std::size_t>(SketchJournal::kMostEarlier));
+}
+
+TEST_F(SketchJournals, KeepADamagedFileAsItWasAndSayWhatCameBack)
+{
+    const std::string content = journal_head() + journal_insert(0, *strokeAt(1)) + "insert 1 2 ink no\n" +
+                                journal_insert(2, *strokeAt(3));
+    const QString file = QString::fromStdString(folder.file("damaged.sketch", content));
+    SketchModel model;
+    SketchJournal journal(model, path());
+    QString kept;
+    qint64 strokes = 0;
+    QObject::connect(&journal, &SketchJournal::wasDamaged, [&](const QString& where, qint64 count) {
+        kept = where;
+        strokes = count;
+    });
+    ASSERT_TRUE(journal.recover(file));
+    EXPECT_EQ(strokes, 2);
+    EXPECT_EQ(model.document().strokes().size(), 2U);
+    EXPECT_EQ(textOf(documentIn(journal.file())), textOf(model.document()));
+    ASSERT_TRUE(QFile::exists(kept)) << kept.toStdString();
+    EXPECT_EQ(support::content_of(kept.toStdString()), content);
+    EXPECT_FALSE(QFile::exists(file)) << "it would be offered again";
+}
+
+TEST_F(SketchJournals, WaitForAProgramThatTidiesUp)
+{
+    const std::string other = folder.file("a.sketch.new", "half made");
+    const int descriptor = open(other.c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(descriptor, LOCK_EX), 0);
+    std::thread tidying([descriptor, &other] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        unlink(other.c_str());
+        close(descriptor);
+    });
+    JournalFile file;
+    EXPECT_TRUE(file.begin(path("a.sketch"), "content\n")) << file.problem().toStdString();
+    tidying.join();
+    EXPECT_EQ(support::content_of(folder.path("a.sketch")), "content\n");
+    EXPECT_FALSE(JournalFile::contentOfUnowned(path("a.sketch"))) << "it is owned";
+    EXPECT_EQ(folder.names(), std::set<std::string>{"a.sketch"});
+}
+
+TEST_F(SketchJournals, HaveAnotherViewInOneLine)
+{
+    SketchModel model;
+    const SketchJournal journal(model, path());
+    for (int i = 0; i < 3; ++i)
+        model.addInk(inkAt(i), {kLine});
+    const std::string before = support::content_of(journal.file().toStdString());
+    Sheet sheet;
+    sheet.width = 640;
+    model.changeSheet(sheet, {0.7, 0, 0, 0.7, 1.0 / 3, -20});
+    const std::string after = support::content_of(journal.file().toStdString());
+    EXPECT_EQ(after.substr(before.size()), journal_sheet(sheet, {0.7, 0, 0, 0.7, 1.0 / 3, -20}));
+    EXPECT_EQ(textOf(documentIn(journal.file())), textOf(model.document()));
+    EXPECT_EQ(read_journal(after).sheet.width, 640);
 }
 
 } // namespace

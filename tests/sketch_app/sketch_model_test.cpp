@@ -268,4 +268,31 @@ TEST_F(Model, TellsOfAnotherSheet)
     EXPECT_FALSE(model.undoStack().canUndo());
 }
 
+TEST_F(Model, TakesItsStrokesAndItsHistoryAlongToAnotherView)
+{
+    const StrokeId kept = draw(1, 2);
+    const StrokeId moved = draw(10, 20);
+    model.transform({moved}, {1, 0, 0, 1, 5, 0});
+    model.clear();
+    undo();
+    const StrokePtr before = model.document().find(kept);
+    listener.takeSaid();
+    Sheet sheet;
+    sheet.width = 300;
+    StrokeMapping mapping = model.changeSheet(sheet, {2, 0, 0, 2, 100, 0});
+    EXPECT_EQ(listener.takeSaid(), (Said{"sheet"}));
+    EXPECT_EQ(model.undoStack().count(), 4);
+    EXPECT_EQ(mapping(before), model.document().find(kept));
+    EXPECT_EQ(model.document().find(kept)->ink[0].x, 102);
+    EXPECT_EQ(std::get<Round>(model.document().find(kept)->readings[0].shape).ellipse.major, 10);
+    EXPECT_EQ(model.document().find(moved)->ink[0].x, 130);
+    undo();
+    EXPECT_EQ(model.document().find(moved)->ink[0].x, 120);
+    redo();
+    redo();
+    EXPECT_TRUE(ids().empty());
+    undo();
+    EXPECT_EQ(model.document().find(kept), mapping(before)) << "the history shares it still";
+}
+
 } // namespace

@@ -1,5 +1,6 @@
 #include "sketch/app/sketch_session.h"
 
+#include "sketch/core/shape_outline.h"
 #include "tests/sketch_app/scripted_editor.h"
 #include "tests/support/temporary_folder.h"
 
@@ -7,6 +8,8 @@
 
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -21,6 +24,19 @@ Ink inkFrom(Vec2 from, Vec2 to)
         ink.push_back({at.x, at.y, i * 8.0, 1});
     }
     return ink;
+}
+
+// One whose answer is more than the system takes at once.
+std::vector<Stroke> largeSketch()
+{
+    constexpr int kCorners = 150000;
+    Straight zigzag;
+    for (int i = 0; i < kCorners; ++i)
+        zigzag.corners.push_back({i % 1000 + 0.25, i % 2 * 500 + 0.75});
+    Stroke stroke;
+    stroke.kind = Kind::polyline;
+    stroke.shape = std::move(zigzag);
+    return {stroke};
 }
 
 class Sessions : public testing::Test {
@@ -44,7 +60,26 @@ protected:
         EXPECT_TRUE(runUntil([&] { return asked > before; }));
         return editor;
     }
+    // One whose view begins at x = 500 of its artwork, 500 to the right of that of editorThatAsks().
+    std::unique_ptr<ScriptedEditor> scrolledEditorThatAsks()
+    {
+        const int before = asked;
+        auto editor = std::make_unique<ScriptedEditor>(session.link().port());
+        std::string line = requestLine();
+        const std::string unscrolled = R"(m03="0")";
+        line.replace(line.find(unscrolled), unscrolled.size(), R"(m03="500")");
+        editor->send(line);
+        EXPECT_TRUE(runUntil([&] { return asked > before; }));
+        return editor;
+    }
     void draw(Vec2 from = {100, 100}, Vec2 to = {300, 180}) { session.model().addInk(inkFrom(from, to), {}); }
+    // An answer that the editor does not take yet.
+    void beginSendingALargeSketch()
+    {
+        session.model().addStrokes(largeSketch(), "Insert");
+        EXPECT_TRUE(session.send());
+        ASSERT_TRUE(session.isSending());
+    }
     std::size_t count() { return session.model().document().strokes().size(); }
     InkPoint firstPoint() { return session.model().document().strokes().at(0)->ink.at(0); }
 
@@ -93,6 +128,101 @@ TEST_F(Sessions, CancelWithAnEmptyFigureAndKeepTheSketch)
     EXPECT_EQ(editor->receivedToItsEnd(), kEmptyFigure);
     EXPECT_EQ(count(), 1U);
     EXPECT_FALSE(session.wasSent());
+}
+
+TEST_F(Sessions, TellACancelledAnswerFromOneThatWasSentBefore)
+{
+    auto editor = editorThatAsks();
+    draw();
+    EXPECT_TRUE(session.send());
+    EXPECT_FALSE(session.wasCancelled());
+    editor = editorThatAsks();
+    EXPECT_TRUE(session.cancel());
+    EXPECT_TRUE(session.wasCancelled());
+    EXPECT_EQ(said, "Cancelled: the editor has got an empty figure. The sketch is kept.");
+    EXPECT_TRUE(session.isAsSent()) << "to the editor before";
+    editor = editorThatAsks();
+    EXPECT_TRUE(session.send());
+    EXPECT_FALSE(session.wasCancelled());
+}
+
+TEST_F(Sessions, TakeASketchForSentWhenTheWholeOfItIs)
+{
+    const auto first = editorThatAsks();
+    ScriptedEditor second(session.link().port());
+    second.send(requestLine(900));
+    ASSERT_TRUE(runUntil([&] { return session.link().othersWaiting() == 1; }));
+    bool wasAsSent = false;
+    QObject::connect(&session.link(), &LinkServer::requested, &session,
+                     [&] { wasAsSent = session.isAsSent(); });
+    beginSendingALargeSketch();
+    EXPECT_EQ(said, "");
+    EXPECT_FALSE(session.wasSent());
+    EXPECT_FALSE(session.isSafe());
+    const std::string received = first->receivedToItsEnd();
+    EXPECT_TRUE(received.ends_with("</vant>\n"));
+    ASSERT_TRUE(runUntil([&] { return asked == 2; }));
+    EXPECT_EQ(said, "Sent: the editor has 1 stroke.");
+    EXPECT_TRUE(wasAsSent);
+    EXPECT_TRUE(session.isSafe());
+    EXPECT_TRUE(session.editorWaits());
+}
+
+TEST_F(Sessions, NeitherSendNorCancelWhileTheySend)
+{
+    const auto editor = editorThatAsks();
+    beginSendingALargeSketch();
+    EXPECT_FALSE(session.editorWaits());
+    for (const auto answer : {&SketchSession::send, &SketchSession::cancel}) {
+        said.clear();
+        EXPECT_FALSE((session.*answer)());
+        EXPECT_EQ(said, "The answer before is still on its way to the editor.");
+    }
+    EXPECT_TRUE(editor->receivedToItsEnd().ends_with("</vant>\n"));
+    EXPECT_TRUE(runUntil([&] { return session.isAsSent(); }));
+    EXPECT_FALSE(session.wasCancelled());
+}
+
+TEST_F(Sessions, DoNotTakeForSentWhatFailsMidway)
+{
+    auto editor = editorThatAsks();
+    draw();
+    session.send();
+    const QDateTime sentBefore = session.sentAt();
+    editor = editorThatAsks();
+    beginSendingALargeSketch();
+    editor->reset();
+    EXPECT_TRUE(runUntil([&] { return session.link().state() == LinkServer::State::editorGone; }));
+    EXPECT_EQ(said, "The sketch could not be sent: the editor is gone. It is kept.");
+    EXPECT_FALSE(session.isAsSent());
+    EXPECT_FALSE(session.isSafe());
+    EXPECT_EQ(session.sentAt(), sentBefore);
+    EXPECT_EQ(count(), 2U);
+    session.model().undoStack().undo();
+    EXPECT_TRUE(session.isAsSent()) << "the first editor has this";
+}
+
+TEST_F(Sessions, DoNotTakeForSentWhatTheirEndCutsOff)
+{
+    const auto editor = editorThatAsks();
+    beginSendingALargeSketch();
+    session.end();
+    EXPECT_TRUE(editor->receivedToItsEnd().ends_with("[reset]"));
+    EXPECT_FALSE(session.wasSent());
+    EXPECT_FALSE(session.isSafe()) << "so it is offered at the next start";
+}
+
+TEST_F(Sessions, DoNotTakeASheetForSentThatCameWhileTheOneBeforeWasSent)
+{
+    const auto editor = editorThatAsks();
+    beginSendingALargeSketch();
+    session.newSheet();
+    draw();
+    EXPECT_TRUE(editor->receivedToItsEnd().ends_with("</vant>\n"));
+    EXPECT_TRUE(runUntil([&] { return session.link().state() == LinkServer::State::sent; }));
+    EXPECT_EQ(said, "Sent: the editor has 1 stroke.");
+    EXPECT_FALSE(session.wasSent());
+    EXPECT_FALSE(session.isSafe());
 }
 
 TEST_F(Sessions, SayThatNoEditorWaits)
@@ -160,6 +290,110 @@ TEST_F(Sessions, KeepStrokesWhereTheyAreInTheArtwork)
     EXPECT_NEAR(firstPoint().x, 200, 1e-9); // (200 - 100) / 0.5
     EXPECT_NEAR(firstPoint().y, 200, 1e-9); // (700 - 600) / 0.5
     EXPECT_TRUE(session.isAsSent()) << "only the view has changed";
+}
+
+TEST_F(Sessions, UndoAndRedoWhatWasDrawnAndNotTheView)
+{
+    auto editor = editorThatAsks();
+    draw();
+    draw();
+    session.model().undoStack().undo();
+    session.send();
+    editor = scrolledEditorThatAsks();
+    EXPECT_EQ(firstPoint().x, -400);
+    EXPECT_EQ(session.model().undoStack().count(), 2);
+    session.model().undoStack().redo();
+    EXPECT_EQ(session.model().document().strokes().at(1)->ink.at(0).x, -400);
+    session.model().undoStack().undo();
+    EXPECT_TRUE(session.isAsSent());
+    session.model().undoStack().undo();
+    EXPECT_EQ(count(), 0U) << "the first stroke was drawn last";
+    session.model().undoStack().redo();
+    EXPECT_EQ(firstPoint().x, -400);
+    EXPECT_TRUE(session.isAsSent());
+}
+
+TEST_F(Sessions, BringBackWhatWasClearedToItsPlaceInTheArtwork)
+{
+    auto editor = editorThatAsks();
+    draw();
+    session.model().clear();
+    session.cancel();
+    editor = scrolledEditorThatAsks();
+    EXPECT_FALSE(wasThere);
+    session.model().undoStack().undo();
+    ASSERT_EQ(count(), 1U);
+    EXPECT_EQ(firstPoint().x, -400);
+}
+
+TEST_F(Sessions, StaySavedWhenOnlyTheViewChanges)
+{
+    auto editor = editorThatAsks();
+    draw();
+    EXPECT_EQ(session.save(QString::fromStdString(folder.path("kept.xml"))).sentence, "");
+    session.cancel();
+    editor = scrolledEditorThatAsks();
+    EXPECT_EQ(firstPoint().x, -400);
+    EXPECT_TRUE(session.isSafe());
+}
+
+using ReadFile = FileProblem (SketchSession::*)(const QString&);
+class SessionsWithAFile : public Sessions, public testing::WithParamInterface<ReadFile> {};
+TEST_P(SessionsWithAFile, KeepItsPlaceInTheArtworkWhenAnEditorAsksAfterwards)
+{
+    const QString file = QString::fromStdString(folder.path("kept.xml"));
+    auto editor = editorThatAsks();
+    draw({200, 168}, {400, 168}); // from (200, 600) in the artwork
+    EXPECT_EQ(session.save(file).sentence, "");
+    session.cancel();
+    session.newSheet(); // of one's own
+    EXPECT_EQ((session.*GetParam())(file).sentence, "");
+    editor = scrolledEditorThatAsks();
+    session.send();
+    const std::string answer = editor->receivedToItsEnd();
+    const auto read = strokes_of_answer(answer, session.model().sheet(), 1);
+    ASSERT_TRUE(std::holds_alternative<std::vector<Stroke>>(read));
+    const std::vector<Stroke> strokes = std::get<std::vector<Stroke>>(read);
+    ASSERT_EQ(strokes.size(), 1U);
+    const Vec2 first = cubics_of(strokes[0], kAnswerTolerance).at(0);
+    EXPECT_NEAR(first.x, -300, 0.01);
+    EXPECT_NEAR(first.y, 168, 0.01);
+    session.newSheet();
+    draw({200, 168}, {400, 168});
+    editor = editorThatAsks();
+    EXPECT_EQ(firstPoint().x, 200) << "no file's any more";
+}
+INSTANTIATE_TEST_SUITE_P(, SessionsWithAFile, testing::Values(&SketchSession::open, &SketchSession::insert),
+                         [](const auto& row) {
+                             return row.param == &SketchSession::open ? "Opened" : "Inserted";
+                         });
+
+TEST_F(Sessions, TakeARecoveredSketchToItsPlaceOnTheSheetThatWaits)
+{
+    auto editor = editorThatAsks();
+    draw();
+    session.cancel();
+    session.newSheet();
+    editor = scrolledEditorThatAsks();
+    ASSERT_TRUE(session.recover(session.journal().earlier().at(0).file));
+    EXPECT_EQ(firstPoint().x, -400);
+    EXPECT_FALSE(session.model().undoStack().canUndo());
+}
+
+// The canvas makes a stroke of what is being drawn when the sheet is about to change.
+TEST_F(Sessions, TakeTheStrokeInProgressAlongWhenAnEditorAsks)
+{
+    auto editor = editorThatAsks();
+    session.cancel();
+    QObject::connect(&session.model(), &SketchModel::sheetIsToChange, [this] { draw(); });
+    editor = scrolledEditorThatAsks();
+    EXPECT_TRUE(wasThere);
+    ASSERT_EQ(count(), 1U);
+    EXPECT_EQ(firstPoint().x, -400) << "it was drawn on the sheet before";
+    session.send();
+    editor = editorThatAsks();
+    EXPECT_EQ(count(), 2U);
+    EXPECT_FALSE(session.isAsSent());
 }
 
 TEST_F(Sessions, KeepStrokesOfAnOwnSheetWhereTheyAreOnTheScreen)

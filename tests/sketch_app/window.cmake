@@ -12,7 +12,7 @@ function(vnt_add_window_test unit)
 endfunction()
 
 foreach(unit appearance main_window picture_export sketch_files settings_store sketch_log sketch_session window_picture
-    window_words)
+    window_offer window_view window_words)
   vnt_add_window_test(${unit})
 endforeach()
 target_compile_definitions(sketch_files_test PRIVATE VNT_ANSWERS="${PROJECT_SOURCE_DIR}/examples/answers")

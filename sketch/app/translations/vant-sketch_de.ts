@@ -72,6 +72,10 @@
         <translation>&amp;Alles auswählen</translation>
     </message>
     <message>
+        <source>Select &amp;None</source>
+        <translation>Auswahl auf&amp;heben</translation>
+    </message>
+    <message>
         <source>Select Ne&amp;xt Stroke</source>
         <translation>Nä&amp;chsten Strich auswählen</translation>
     </message>
@@ -258,6 +262,14 @@
         <translation>Tasten</translation>
     </message>
     <message>
+        <source>Full stop (.)</source>
+        <translation>Punkt (.)</translation>
+    </message>
+    <message>
+        <source>Comma (,)</source>
+        <translation>Komma (,)</translation>
+    </message>
+    <message>
         <source>Key</source>
         <translation>Taste</translation>
     </message>
@@ -290,12 +302,12 @@
         <translation>Esc</translation>
     </message>
     <message>
-        <source>Keeps the stroke as it is</source>
-        <translation>Lässt den Strich, wie er ist</translation>
+        <source>Keeps the stroke as it is; else clears the selection</source>
+        <translation>Lässt den Strich, wie er ist; sonst: wählt nichts mehr aus</translation>
     </message>
     <message>
-        <source>Alt, held</source>
-        <translation>Alt gehalten</translation>
+        <source>Alt or Ctrl, held</source>
+        <translation>Alt oder Strg gehalten</translation>
     </message>
     <message>
         <source>Nothing snaps</source>
@@ -405,6 +417,14 @@
             <numerusform>Das Zeichenprogramm wartet seit %1, seit %n Minute.</numerusform>
             <numerusform>Das Zeichenprogramm wartet seit %1, seit %n Minuten.</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Sending…</source>
+        <translation>Wird gesendet …</translation>
+    </message>
+    <message>
+        <source>Cancelled: the editor has got an empty figure.</source>
+        <translation>Abgebrochen: das Zeichenprogramm hat eine leere Figur bekommen.</translation>
     </message>
     <message>
         <source>The editor has its answer. Waiting for the next.</source>
@@ -704,6 +724,13 @@ Zeichnen Sie freihändig über der Ansicht Ihres Zeichenprogramms; das Gezeichne
         <translation>Was Sie zeichnen, kann nicht gesichert werden: %1. Schaffen Sie Platz auf dem Datenträger, oder speichern Sie die Skizze anderswo; jeder Strich versucht es nochmals.</translation>
     </message>
     <message numerus="yes">
+        <source>The sketch&apos;s file was damaged: %n stroke(s) could be read. The file as it was is kept as %1.</source>
+        <translation>
+            <numerusform>Die Datei der Skizze war beschädigt: %n Strich war zu lesen. Die Datei, wie sie war, liegt unter %1.</numerusform>
+            <numerusform>Die Datei der Skizze war beschädigt: %n Striche waren zu lesen. Die Datei, wie sie war, liegt unter %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>A sketch of %1 with %n stroke(s) was not finished.</source>
         <translation>
             <numerusform>Eine Skizze vom %1 mit %n Strich wurde nicht fertig.</numerusform>
@@ -784,6 +811,14 @@ Zeichnen Sie freihändig über der Ansicht Ihres Zeichenprogramms; das Gezeichne
         <translation>%1 ist nicht zu öffnen: %2. Die Skizze ist, wie sie war.</translation>
     </message>
     <message>
+        <source>it is no ordinary file</source>
+        <translation>es ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>Cannot write %1: the sketch is too large to be opened again. No file was changed, and the sketch is as it was. Delete a part of it, and save again.</source>
+        <translation>%1 ist nicht zu schreiben: Die Skizze ist zu groß, um wieder geöffnet zu werden. Keine Datei wurde geändert, und die Skizze ist, wie sie war. Löschen Sie einen Teil davon, und speichern Sie nochmals.</translation>
+    </message>
+    <message>
         <source>it is larger than any sketch</source>
         <translation>die Datei ist größer als jede Skizze</translation>
     </message>
@@ -832,6 +867,10 @@ Zeichnen Sie freihändig über der Ansicht Ihres Zeichenprogramms; das Gezeichne
     <message>
         <source>The editor is gone. The sketch is kept.</source>
         <translation>Das Zeichenprogramm ist gegangen. Die Skizze bleibt erhalten.</translation>
+    </message>
+    <message>
+        <source>The answer before is still on its way to the editor.</source>
+        <translation>Die vorige Antwort ist noch auf dem Weg zum Zeichenprogramm.</translation>
     </message>
     <message>
         <source>No editor waits for the sketch. Choose Start VANT in the editor, and send it then.</source>
@@ -918,8 +957,8 @@ Zeichnen Sie freihändig über der Ansicht Ihres Zeichenprogramms; das Gezeichne
 <context>
     <name>Tools</name>
     <message>
-        <source>Draw it; the stroke becomes it when the pen is lifted.</source>
-        <translation>Zeichnen Sie es; der Strich wird dazu, wenn der Stift sich hebt.</translation>
+        <source>Draw it: the stroke becomes it a moment after, or with Enter. Esc keeps the ink.</source>
+        <translation>Zeichnen Sie es: der Strich wird gleich danach dazu, oder mit der Eingabetaste. Esc behält die Tinte.</translation>
     </message>
     <message>
         <source>&amp;Pen</source>

@@ -21,6 +21,13 @@
 <context>
     <name>Questions</name>
     <message numerus="yes">
+        <source>The sketch&apos;s file was damaged: %n stroke(s) could be read. The file as it was is kept as %1.</source>
+        <translation>
+            <numerusform>The sketch&apos;s file was damaged: %n stroke could be read. The file as it was is kept as %1.</numerusform>
+            <numerusform>The sketch&apos;s file was damaged: %n strokes could be read. The file as it was is kept as %1.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <source>A sketch of %1 with %n stroke(s) was not finished.</source>
         <translation>
             <numerusform>A sketch of %1 with %n stroke was not finished.</numerusform>
