@@ -73,6 +73,8 @@ TEST_P(WindowLooks, ShowTheSheetAndTheEditorThatWaits)
     settings.colours = GetParam().colours;
     settings.canvas.reducedMotion = true;
     shown.window.applySettings(settings);
+    shown.window.resize(1180, 860); // whatever screen there is
+    runDueEvents();
     ScriptedEditor editor(shown.port());
     ASSERT_TRUE(editor.send(requestLine()));
     ASSERT_TRUE(runUntil([&] { return shown.window.session().editorWaits(); }));
