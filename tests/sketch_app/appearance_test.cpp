@@ -115,7 +115,7 @@ const EdgeCase kEdges[] = {
     {"ASpinBox",      [] { return static_cast<QWidget*>(new QSpinBox); }      },
     {"ADoubleBox",    [] { return static_cast<QWidget*>(new QDoubleSpinBox); }},
     {"AChoice",       [] { return static_cast<QWidget*>(new QComboBox); }     },
-    {"ALine",         [] { return static_cast<QWidget*>(new QLineEdit); }     },
+    {"AField",        [] { return static_cast<QWidget*>(new QLineEdit); }     },
     {"AListOfTheirs", [] { return static_cast<QWidget*>(new QTableWidget); }  },
 };
 class Edges : public testing::TestWithParam<EdgeCase> {};

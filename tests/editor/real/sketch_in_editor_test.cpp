@@ -145,9 +145,10 @@ TEST_F(SketchInEditor, IsOneAtATime)
     begin();
     editor->choose_start();
     const std::string said = editor->read_dialog();
-    const std::string expected = kAlready + desktop->path("one.svg") +
-                                 ". Finish it there with Send, or cancel it, and choose Start VANT again. If it "
-                                 "does not answer any more, this ends it: kill -- -";
+    const std::string expected =
+        kAlready + desktop->path("one.svg") +
+        ". Finish it there with Send, or cancel it, and choose Start VANT again. If it "
+        "does not answer any more, this ends it: kill -- -";
     EXPECT_EQ(said.substr(0, expected.size()), expected);
     EXPECT_GT(std::stoi(said.substr(expected.size())), 1);
     EXPECT_FALSE(application->is_asked());
