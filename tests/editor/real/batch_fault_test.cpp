@@ -149,7 +149,9 @@ TEST_F(BatchRun, EndsWhenItsTimeIsUp)
     const auto batch = start_batch("org.vant.start", "2");
     EXPECT_EQ(batch->end(), 0);
     expect_nothing_happened();
-    EXPECT_NE(desktop->log().find("the time of --timeout is up"), std::string::npos) << desktop->log();
+    EXPECT_NE(desktop->log().find("the time of VANT_TIMEOUT is up; the drawing is as it was; "),
+              std::string::npos)
+        << desktop->log();
 }
 
 TEST_F(BatchRun, EndsWithoutASketchApplication)
