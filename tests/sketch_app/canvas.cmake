@@ -10,13 +10,13 @@ foreach(unit canvas_view shape_adjusting sketch_model)
 endforeach()
 foreach(unit canvas_ink canvas_reading canvas_snapping canvas_input canvas_editing
     canvas_tools grid_painter)
-  vnt_add_test(${unit} SOURCES gui_main.cpp LABEL sketch LINKS vnt::sketch_canvas Qt6::Test)
+  vnt_add_test(${unit} SOURCES gui_main.cpp LABEL sketch TIMEOUT 240 LINKS vnt::sketch_canvas Qt6::Test)
 endforeach()
 # Ink and snapping must not depend on how fine the screen is.
 foreach(unit canvas_ink canvas_snapping)
   foreach(scale 1.25 2)
     gtest_discover_tests(${unit}_test NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60 TEST_SUFFIX .AtScale${scale}
       TEST_LIST ${unit}_at_${scale}
-      PROPERTIES TIMEOUT 60 LABELS sketch ENVIRONMENT QT_SCALE_FACTOR=${scale})
+      PROPERTIES TIMEOUT 240 LABELS sketch ENVIRONMENT QT_SCALE_FACTOR=${scale})
   endforeach()
 endforeach()

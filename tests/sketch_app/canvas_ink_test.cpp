@@ -265,8 +265,15 @@ class CanvasOfManyStrokes : public CanvasInk {
 protected:
     CanvasOfManyStrokes()
     {
-        for (int i = 0; i < 300; ++i)
-            mouse.draw(circlePath({100.0 + 2 * i, 300.0 - i % 100}, 60));
+        const QTransform toSheet = canvas.sheetToWidget().inverted();
+        for (int i = 0; i < 300; ++i) {
+            vnt::sketch::Ink ink; // without a hand, whose readings would take most of the time
+            for (const auto& point : circlePath({100.0 + 2 * i, 300.0 - i % 100}, 60)) {
+                const QPointF at = toSheet.map(QPointF(point.x, point.y));
+                ink.push_back({at.x(), at.y(), 0, 1});
+            }
+            model.addInk(std::move(ink), {});
+        }
         pictureAtOnce();
     }
     QImage pictureAtOnce()
