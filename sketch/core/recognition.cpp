@@ -37,7 +37,7 @@ constexpr double kDetourAround = 0.16;
 constexpr double kOvalError = 0.12;
 
 // Errors of the best chains over those of a circle's: 1 is round. "Sides".
-constexpr double kTriangleBend = 0.56;
+constexpr double kTriangleBend = 0.50;
 constexpr double kQuadrilateralBend = 0.57;
 constexpr double kPolygonBend = 0.60;
 // Share of all turning at the corners; above it that speaks against round. "Sides".

@@ -101,7 +101,7 @@ const LimitCase kLimits[] = {
         [](double t) { return drawn_closed(drawn::regular(3), -t, 0.17 + t / 2); }, 0, 0.25,
         [](const Signs& s) { return s.body.closing.gap; }, 0.13, 0.003},
     {"ATriangleIsBlunt", Kind::triangle, Kind::ink, [](double t) { return blunt(3, 1 - t); }, 0, 1,
-        [](const Signs& s) { return s.body.bend(3); }, 0.56, 0.01},
+        [](const Signs& s) { return s.body.bend(3); }, 0.50, 0.01},
     {"AHexagonHasAGap", Kind::polygon, Kind::ink,
         [](double t) { return drawn_closed(drawn::regular(6), -t, 0.08 + t / 2); }, 0, 0.4,
         [](const Signs& s) { return s.body.closing.gap; }, 0.22, 0.003},
