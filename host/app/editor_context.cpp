@@ -1,6 +1,5 @@
 #include "host/app/editor_context.h"
 
-#include "host/editor/percent_text.h"
 #include "tools/program/whole_file.h"
 
 #include <fcntl.h>
@@ -34,18 +33,24 @@ void lead_standard_error_to(const LogFile& log)
         dup2(nothing.get(), STDERR_FILENO);
 }
 
+// Lost only when nobody reads any more.
+void say(int descriptor, const std::string& text)
+{
+    const std::string line = text + "\n";
+    [[maybe_unused]] const ssize_t written = write(descriptor, line.data(), line.size());
+}
+
 void take_in(const Spool& stray, const ArtStore& store, const LogFile& log)
 {
     std::string bytes;
     if (program::read_whole_file(stray.art(), bytes))
         return; // there is none
-    Result<KeptArt> art = read_kept_art(stray.art(), std::move(bytes));
+    const Result<KeptArt> art = read_kept_art(stray.art(), std::move(bytes));
     if (const auto* problem = std::get_if<Problem>(&art))
         return log.add(problem->sentence);
-    auto& found = std::get<KeptArt>(art);
+    const auto& found = std::get<KeptArt>(art);
     if (store.has(found.id))
         return stray.art_is_safe(); // its process was ended behind that
-    stray.tell_start(found);
     const Result<std::string> kept = store.keep(found);
     if (const auto* problem = std::get_if<Problem>(&kept))
         return log.add(problem->sentence);
@@ -63,11 +68,15 @@ EditorContext::EditorContext(UserFolders folders, std::optional<EditorProcess> e
 
 Result<std::unique_ptr<EditorContext>> EditorContext::enter()
 {
+    std::optional<EditorProcess> editor = find_editor(STDOUT_FILENO);
     Result<UserFolders> folders = folders_of_this_user();
-    if (const auto* problem = std::get_if<Problem>(&folders))
+    if (const auto* problem = std::get_if<Problem>(&folders)) {
+        if (!editor || !editor->is_batch)
+            say(STDERR_FILENO, "Nothing was done: " + problem->sentence);
         return *problem;
+    }
     std::unique_ptr<EditorContext> context(
-        new EditorContext(std::get<UserFolders>(std::move(folders)), find_editor(STDOUT_FILENO)));
+        new EditorContext(std::get<UserFolders>(std::move(folders)), std::move(editor)));
     context->voice_.reset(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
     lead_standard_error_to(context->log_);
     return context;
@@ -89,9 +98,7 @@ void EditorContext::tell(const std::string& text) const
     log_.add(text);
     if (is_batch() || !voice_)
         return;
-    const std::string line = text + "\n";
-    // Lost only when nobody reads any more; the log has it in any case.
-    [[maybe_unused]] const ssize_t written = write(voice_.get(), line.data(), line.size());
+    say(voice_.get(), text);
 }
 
 std::string EditorContext::document_path()
@@ -133,30 +140,6 @@ Spool::~Spool()
     std::error_code ignored;
     if (!std::filesystem::exists(art(), ignored))
         std::filesystem::remove_all(folder_, ignored);
-}
-
-void Spool::write_start(const DocumentMark& mark) const
-{
-    const std::string text = to_percent_text(mark.path) + "\n" + to_percent_text(mark.editor) + "\n" +
-                             std::to_string(mark.file_time) + "\n";
-    // Without it the art is not lost, only that it belongs to this document.
-    [[maybe_unused]] const std::error_code error = program::write_whole_file(file("start"), text);
-}
-
-void Spool::tell_start(KeptArt& art) const
-{
-    std::string text;
-    if (program::read_whole_file(file("start"), text))
-        return;
-    std::istringstream lines(text);
-    std::string path;
-    std::string editor;
-    std::int64_t file_time = 0;
-    if (!std::getline(lines, path) || !std::getline(lines, editor) || !(lines >> file_time))
-        return;
-    art.document.path = from_percent_text(path).value_or("");
-    art.document.editor = from_percent_text(editor).value_or("");
-    art.document.file_time = file_time;
 }
 
 void Spool::art_is_safe() const

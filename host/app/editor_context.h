@@ -24,7 +24,7 @@ class EditorContext {
 public:
     // Finds the editor that reads our standard output, makes this user's folders, and leads standard error to the log.
     //
-    // Errors: no folder to keep things in.
+    // Errors: no folder to keep things in. As there is no log then, the user has been told; in a batch run nobody has.
     static Result<std::unique_ptr<EditorContext>> enter();
 
     // For a process that the editor does not read any more: what it says goes to the log alone. Without an editor when
@@ -76,11 +76,6 @@ public:
 
     std::string file(const char* name) const { return folder_ + "/" + name; }
     std::string art() const { return file("art.svg"); }
-
-    // What is known of the document at the start, for who finds the art when its own process has ended: its path, its
-    // editor and its file's time. Art that was not told is as it was.
-    void write_start(const DocumentMark& mark) const;
-    void tell_start(KeptArt& art) const;
 
     // The sketch, if there is one, is somewhere else as well, and not here any more.
     void art_is_safe() const;

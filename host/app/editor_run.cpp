@@ -1,16 +1,12 @@
 #include "host/app/editor_run.h"
 
+#include "host/app/options.h"
 #include "host/app/own_program.h"
+#include "host/app/sketch_application.h"
 #include "host/kit/link_watch.h"
 #include "host/kit/listening_port.h"
-#include "host/kit/svg_document.h"
 #include "tools/program/whole_file.h"
 
-#include <unistd.h>
-
-#include <array>
-#include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 #include <utility>
@@ -18,72 +14,9 @@
 namespace vnt::host {
 namespace {
 
-constexpr const char* kSketchApplication = "vant-sketch";
-
-bool is_program(const std::filesystem::path& file)
-{
-    std::error_code error;
-    return std::filesystem::is_regular_file(file, error) && access(file.c_str(), X_OK) == 0;
-}
-
-// Beside this program, else on the search path. Empty when it is nowhere.
-std::string find_sketch_application()
-{
-    const std::filesystem::path beside =
-        std::filesystem::path(own_program()).replace_filename(kSketchApplication);
-    if (is_program(beside))
-        return beside.string();
-    const char* const path = std::getenv("PATH");
-    std::istringstream folders(path == nullptr ? "" : path);
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        const std::filesystem::path file = std::filesystem::path(folder) / kSketchApplication;
-        if (is_program(file))
-            return file.string();
-    }
-    return {};
-}
-
-// For a shell.
-std::string quoted(const std::string& word)
-{
-    std::string text = "'";
-    for (const char c : word)
-        text += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return text + "'";
-}
-
-// What is to be known of the document as it is at the start.
-struct Start {
-    double sheet_rotation = 0;
-    DocumentMark mark;
-};
-
-// Nothing of a document that cannot be read: vant-host run says what is wrong with it.
-Start look_at_start(const EditorContext& context, const Spool& spool)
-{
-    std::string bytes;
-    if (program::read_whole_file(spool.file("document.svg"), bytes))
-        return {};
-    const Result<SvgDocument> read = SvgDocument::read("the document", std::move(bytes));
-    if (std::holds_alternative<Problem>(read))
-        return {};
-    const auto& document = std::get<SvgDocument>(read);
-    Start start{document.view().sheet_rotation,
-                mark_of(document, EditorContext::document_path(),
-                        context.editor() ? editor_name(*context.editor()) : std::string())};
-    keep_some_ids(start.mark);
-    return start;
-}
-
-// What tells the sketch application how the editor's sheet is turned: the view that the plug-in tells never is.
-std::string rotation_option(double rotation)
-{
-    if (rotation == 0)
-        return {};
-    std::array<char, 32> digits;
-    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), rotation).ptr;
-    return " --sheet-rotation " + std::string(static_cast<const char*>(digits.data()), end);
-}
+constexpr const char* kNoSketchApplication =
+    "There is no sketch application: none listens on 127.0.0.1:4910, and vant-sketch is not installed. "
+    "Install the package vant-sketch, or start your sketch application, and choose Start VANT again.";
 
 // Empty when nothing was drawn.
 Result<std::optional<KeptArt>> read_art(const std::string& file)
@@ -136,42 +69,23 @@ std::string reason_for_user(const EditorContext& context, const Spool& spool, co
 
 } // namespace
 
-std::string launch_command(const EditorOptions& options)
-{
-    if (options.launch)
-        return *options.launch;
-    const std::string found = find_sketch_application();
-    return found.empty() ? found : quoted(found);
-}
-
-std::string no_sketch_application()
-{
-    return "There is no sketch application: none listens on 127.0.0.1:4910, and vant-sketch is not "
-           "installed. "
-           "Install the package vant-sketch, or start your sketch application, and choose Start VANT again.";
-}
-
 Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptions& options,
                                  const SketchLock& lock, const Spool& spool, Wanted wanted,
                                  const std::vector<std::string>& more_arguments)
 {
     EditorRun run;
-    const std::string launch = launch_command(options);
-    if (launch.empty() && listening_on(kSketchPort) == Listening::no) {
+    if (!options.launch && !sketch_application_command() && listening_on(kSketchPort) == Listening::no) {
         run.status = program::kAlert;
-        run.said = no_sketch_application();
+        run.said = kNoSketchApplication;
         return run;
     }
-    const Start start = look_at_start(context, spool);
-    spool.write_start(start.mark);
-    std::vector<std::string> arguments = {"run", spool.file("document.svg"), "--art", spool.art()};
+    const std::string editor = context.editor() ? editor_name(*context.editor()) : kNoEditor;
+    std::vector<std::string> arguments = {"run", spool.file("document.svg"), "--art", spool.art(), "--editor",
+                                          editor};
     if (wanted == Wanted::art_and_document)
         arguments.insert(arguments.end(), {"-o", spool.file("result.svg")});
-    // A command of the user's own is left as it is: what options it knows is not known here.
-    if (!launch.empty())
-        arguments.insert(
-            arguments.end(),
-            {"--launch", options.launch ? launch : launch + rotation_option(start.sheet_rotation)});
+    if (options.launch)
+        arguments.insert(arguments.end(), {"--launch", *options.launch});
     if (options.plugin)
         arguments.insert(arguments.end(), {"--plugin", *options.plugin});
     arguments.insert(arguments.end(), more_arguments.begin(), more_arguments.end());
@@ -186,8 +100,6 @@ Result<EditorRun> run_for_editor(const EditorContext& context, const EditorOptio
     if (const auto* problem = std::get_if<Problem>(&art))
         return *problem;
     run.art = std::get<0>(std::move(art));
-    if (run.art)
-        run.art->document = start.mark;
     return run;
 }
 

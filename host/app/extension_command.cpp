@@ -3,7 +3,9 @@
 #include "host/app/editor_context.h"
 #include "host/app/editor_run.h"
 #include "host/app/own_program.h"
+#include "host/app/sketch_application.h"
 #include "host/app/standard_output.h"
+#include "host/editor/bus_address.h"
 #include "host/editor/sketch_lock.h"
 #include "tools/program/whole_file.h"
 
@@ -24,15 +26,8 @@ constexpr const char* kBatchSeconds = "600";
 
 bool has_session_bus()
 {
-    const auto is_set = [](const char* name) {
-        const char* const value = std::getenv(name);
-        return value != nullptr && *value != '\0';
-    };
-    if (is_set("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
-    std::error_code error;
-    return is_set("XDG_RUNTIME_DIR") &&
-           std::filesystem::exists(std::string(std::getenv("XDG_RUNTIME_DIR")) + "/bus", error);
+    return session_bus_address(std::getenv("DBUS_SESSION_BUS_ADDRESS"), std::getenv("XDG_RUNTIME_DIR"))
+        .has_value();
 }
 
 ExitStatus fail(const EditorContext& context, const std::string& text)
@@ -53,9 +48,9 @@ ExitStatus point_to_the_running_one(const EditorContext& context, const EditorOp
             ? " If it does not answer any more, this ends it: kill -- -" + std::to_string(holder->pid)
             : std::string();
     // A second start of the sketch application brings its window up.
-    const std::string launch = launch_command(options);
-    if (!launch.empty() && !context.is_batch()) [[maybe_unused]]
-        const int status = std::system(("(" + launch + ") </dev/null >/dev/null 2>&1 &").c_str());
+    const std::optional<std::string> launch = options.launch ? options.launch : sketch_application_command();
+    if (launch && !context.is_batch()) [[maybe_unused]]
+        const int status = std::system(("(" + *launch + ") </dev/null >/dev/null 2>&1 &").c_str());
     return fail(context, "A sketch is going on in VANT already" + document +
                              ". Finish it there with Send, or cancel it, and choose Start VANT again." +
                              way_out);
@@ -196,7 +191,7 @@ ExitStatus extension_command(const EditorOptions& options)
 {
     const auto entered = EditorContext::enter();
     if (std::holds_alternative<Problem>(entered))
-        return kFailed; // without a folder there is neither a log nor a place to keep a sketch
+        return kFailed;
     const EditorContext& context = *std::get<0>(entered);
     Result<std::optional<SketchLock>> lock = SketchLock::try_lock(context.lock_path());
     if (const auto* problem = std::get_if<Problem>(&lock))

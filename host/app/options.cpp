@@ -1,5 +1,6 @@
 #include "host/app/options.h"
 
+#include "host/editor/editor_process.h"
 #include "tools/program/arguments.h"
 
 #include <algorithm>
@@ -66,6 +67,17 @@ std::uint64_t memory(Arguments& arguments)
     return static_cast<std::uint64_t>(value * kMebibyte);
 }
 
+std::string editor(Arguments& arguments)
+{
+    const char* const meaning = "an editor's name, as 4711-123456, or none";
+    const std::string& name = arguments.value(meaning);
+    if (name == kNoEditor)
+        return {};
+    if (!is_editor_name(name))
+        arguments.refuse_value(meaning);
+    return name;
+}
+
 // Takes an option that both commands have; false when it is another.
 bool take_common(Arguments& arguments, Options& options)
 {
@@ -95,6 +107,8 @@ bool take_run(Arguments& arguments, Options& options)
         options.launch = arguments.value("the command that starts the sketch application");
     else if (option == "--art")
         options.art = arguments.value("the file to write the sketch to");
+    else if (option == "--editor")
+        options.editor = editor(arguments);
     else if (option == "--view")
         options.view.window = window(arguments);
     else if (option == "--zoom")

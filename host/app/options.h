@@ -16,6 +16,9 @@ namespace vnt::host {
 
 enum class Command { help, version, run, draw };
 
+// In the place of an editor's name, where it is not known.
+constexpr const char* kNoEditor = "none";
+
 struct GridOption {
     double spacing; // points
     std::int32_t subdivisions;
@@ -38,6 +41,9 @@ struct Options {
     std::optional<std::string> plugin;
     std::optional<std::string> launch;
     std::optional<std::string> art; // where the paths go by themselves, to be placed later
+    // Set by the commands that work inside an editor, and in no help: the artwork is a copy of that editor's document,
+    // whose file DOCUMENT_PATH names, and vant-sketch is the command to launch. Empty when the editor is not known.
+    std::optional<std::string> editor;
     ViewOptions view;
     std::optional<GridOption> grid;
     bool no_grid = false;

@@ -1,6 +1,8 @@
 #include "host/app/run_command.h"
 
+#include "host/app/editor_context.h"
 #include "host/app/guard.h"
+#include "host/app/sketch_application.h"
 #include "host/app/stage.h"
 #include "host/editor/kept_art.h"
 #include "host/editor/local_time.h"
@@ -41,17 +43,26 @@ program::Result<std::string> find_plugin(const Options& options, const std::stri
                                          "; name it with --plugin"};
 }
 
-// Empty when all is well; a problem ends the command.
-std::optional<program::Problem> launch(const Options& options, std::optional<Time> deadline,
-                                       const std::string& unharmed)
+// None when the sketch application is not to be started. A command of the user's own is left as it is: what options it
+// knows is not known here.
+std::optional<std::string> launch_command(const Options& options, const SvgDocument& document)
 {
-    if (!options.launch)
+    if (options.launch || !options.editor)
+        return options.launch;
+    return sketch_application_command(document.view(options.view).sheet_rotation);
+}
+
+// Empty when all is well; a problem ends the command.
+std::optional<program::Problem> launch(const std::optional<std::string>& command,
+                                       std::optional<Time> deadline, const std::string& unharmed)
+{
+    if (!command)
         return std::nullopt;
-    const Result<Launched> launched = launch_and_wait(*options.launch, kSketchPort, deadline);
+    const Result<Launched> launched = launch_and_wait(*command, kSketchPort, deadline);
     if (const auto* problem = std::get_if<Problem>(&launched))
         return in_words(*problem, unharmed);
     if (std::get<Launched>(launched) == Launched::time_up)
-        return program::Problem{program::kTimeUp, "the time of --timeout is up before " + *options.launch +
+        return program::Problem{program::kTimeUp, "the time of --timeout is up before " + *command +
                                                       " listened on 127.0.0.1:4910; " + unharmed +
                                                       "; give it more time"};
     return std::nullopt;
@@ -169,6 +180,17 @@ std::optional<program::Problem> find_obstacles(const Options& options, const std
     return options.art ? find_obstacle(*options.art, "--art", unharmed) : std::nullopt;
 }
 
+// Taken before the exchange: the document may be saved meanwhile.
+DocumentMark mark_at_start(const Options& options, const SvgDocument& document)
+{
+    if (!options.art)
+        return {};
+    DocumentMark mark = options.editor ? mark_of(document, EditorContext::document_path(), *options.editor)
+                                       : mark_of(document, absolute_path(options.artwork), "");
+    keep_some_ids(mark);
+    return mark;
+}
+
 // The paths by themselves. Nothing when there are none that could be placed.
 std::optional<Problem> write_art(const Options& options, const SvgDocument& document,
                                  const DocumentMark& mark, const std::vector<PathArt>& paths)
@@ -246,14 +268,11 @@ ExitStatus run_command(const Options& options, Time start, const Console& consol
     const Result<PluginBundle> bundle = PluginBundle::load(std::get<0>(file));
     if (const auto* problem = std::get_if<Problem>(&bundle))
         return console.report(in_words(*problem, unharmed));
-    DocumentMark mark; // before the exchange: the document may be saved meanwhile
-    if (options.art)
-        mark = mark_of(std::get<0>(document), absolute_path(options.artwork), "");
-    keep_some_ids(mark);
+    const DocumentMark mark = mark_at_start(options, std::get<0>(document));
     const auto trace = open_trace(options, own_files(options, std::get<0>(file)), unharmed);
     if (const auto* problem = std::get_if<program::Problem>(&trace))
         return console.report(*problem);
-    if (const auto problem = launch(options, deadline, unharmed))
+    if (const auto problem = launch(launch_command(options, std::get<0>(document)), deadline, unharmed))
         return console.report(*problem);
     const auto paths = run_plugin(options, std::get<0>(document), std::get<0>(bundle).entry(),
                                   std::get<0>(trace).get(), deadline, unharmed, console);

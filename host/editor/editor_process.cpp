@@ -159,6 +159,13 @@ std::string editor_name(const EditorProcess& process)
     return std::to_string(process.pid) + "-" + std::to_string(process.start_time);
 }
 
+bool is_editor_name(std::string_view name)
+{
+    const std::size_t dash = name.find('-');
+    return dash != name.npos && number_of<pid_t>(name.substr(0, dash)) &&
+           number_of<std::uint64_t>(name.substr(dash + 1));
+}
+
 std::optional<EditorProcess> find_named_editor(const std::string& name)
 {
     const auto pid = number_of<pid_t>(std::string_view(name).substr(0, name.find('-')));

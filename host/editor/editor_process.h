@@ -32,6 +32,9 @@ std::optional<EditorProcess> look_at_process(pid_t pid);
 // What no other process is called while the machine runs: "4711-123456", the number and the start.
 std::string editor_name(const EditorProcess& process);
 
+// Whether a process may be called so.
+bool is_editor_name(std::string_view name);
+
 // The process that has this name; none when it has ended, or nothing is called so.
 std::optional<EditorProcess> find_named_editor(const std::string& name);
 

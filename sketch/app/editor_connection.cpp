@@ -1,7 +1,6 @@
 #include "sketch/app/editor_connection.h"
 
 #include <fcntl.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -36,17 +35,6 @@ bool wouldBlock() { return errno == EAGAIN || errno == EWOULDBLOCK; }
 
 QString errorText(int error) { return QString::fromLocal8Bit(std::strerror(error)); }
 
-using NameCall = int (*)(int, sockaddr*, socklen_t*);
-
-SocketEnd endNamed(int descriptor, NameCall name)
-{
-    sockaddr_in address{};
-    socklen_t size = sizeof address;
-    if (name(descriptor, reinterpret_cast<sockaddr*>(&address), &size) != 0 || address.sin_family != AF_INET)
-        return {};
-    return {QHostAddress(ntohl(address.sin_addr.s_addr)), ntohs(address.sin_port)};
-}
-
 void setResetOnClose(int descriptor, bool resets)
 {
     const linger value{resets ? 1 : 0, 0};
@@ -80,8 +68,8 @@ QString beginningOf(std::string_view bytes)
 } // namespace
 
 EditorConnection::EditorConnection(int descriptor, const Limits& limits, QObject* parent)
-    : QObject(parent), m_descriptor(descriptor), m_limits(limits), m_own(endNamed(descriptor, getsockname)),
-      m_peer(endNamed(descriptor, getpeername)), m_readable(descriptor, QSocketNotifier::Read),
+    : QObject(parent), m_descriptor(descriptor), m_limits(limits), m_own(vnt::program::own_end(descriptor)),
+      m_peer(vnt::program::peer_end(descriptor)), m_readable(descriptor, QSocketNotifier::Read),
       m_writable(descriptor, QSocketNotifier::Write)
 {
     prepare(descriptor);
@@ -95,10 +83,7 @@ EditorConnection::EditorConnection(int descriptor, const Limits& limits, QObject
 
 EditorConnection::~EditorConnection() { closeDescriptor(); }
 
-QString EditorConnection::name() const
-{
-    return m_peer.address.toString() + QLatin1Char(':') + QString::number(m_peer.port);
-}
+QString EditorConnection::name() const { return QString::fromStdString(vnt::program::text_of(m_peer)); }
 
 // --------------------------------------------------------------------------------------------------- reading
 
@@ -189,10 +174,10 @@ void EditorConnection::sendingEnded()
 // The end of a connection's sending looks the same whether the editor still waits or is gone.
 void EditorConnection::lookForPeer()
 {
-    const auto rows = systemSockets();
-    const bool isHeld = rows && std::any_of(rows->begin(), rows->end(), [this](const SocketRow& row) {
-                            return row.local == m_peer && row.remote == m_own && row.inode != 0;
-                        });
+    const auto rows = vnt::program::system_sockets().rows;
+    const bool isHeld = std::any_of(rows.begin(), rows.end(), [this](const auto& row) {
+        return row.local == m_peer && row.remote == m_own && row.inode != 0;
+    });
     if (isHeld)
         m_clock.start(kLookMilliseconds);
     else

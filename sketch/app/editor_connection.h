@@ -6,7 +6,7 @@
 // Errors: a refusal or a loss is told once, with its reason; then only closed() follows.
 #pragma once
 
-#include "sketch/app/socket_table.h"
+#include "tools/program/socket_table.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -38,7 +38,7 @@ public:
     static constexpr int kAnswerMilliseconds = 10000; // without a byte of the answer taken
     static constexpr int kCloseMilliseconds = 2000;
     static constexpr int kLookMilliseconds = 200; // between looks whether a half-closed editor is still there
-    static constexpr qint64 kMostPassedOver = 1024 * 1024; // behind a request
+    static constexpr qint64 kMostPassedOver = qint64{1024} * 1024; // behind a request
 
     // Takes the descriptor over. If this program dies, the connection is reset, which ends an editor's wait:
     // an orderly close would not.
@@ -87,8 +87,8 @@ private:
 
     int m_descriptor;
     Limits m_limits;
-    SocketEnd m_own;
-    SocketEnd m_peer;
+    vnt::program::SocketEnd m_own;
+    vnt::program::SocketEnd m_peer;
     Stage m_stage = Stage::asking;
     QSocketNotifier m_readable;
     QSocketNotifier m_writable;

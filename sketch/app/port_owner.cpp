@@ -1,6 +1,6 @@
 #include "sketch/app/port_owner.h"
 
-#include "sketch/app/socket_table.h"
+#include "tools/program/socket_table.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -19,13 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr qsizetype kMostCommand = 15; // what the system keeps of a program's name
-
-// IPv6's any address takes connections to IPv4's loopback too, unless the socket says otherwise.
-bool takesLoopback(const QHostAddress& address)
-{
-    return address == QHostAddress(QHostAddress::LocalHost) ||
-           address == QHostAddress(QHostAddress::AnyIPv4) || address == QHostAddress(QHostAddress::AnyIPv6);
-}
 
 QString userName(quint32 user)
 {
@@ -84,13 +77,11 @@ QString programName(const QString& proc, qint64 process)
 
 std::optional<PortOwner> portOwner(quint16 port, const QString& proc)
 {
-    const auto rows = systemSockets(proc);
-    if (!rows)
-        return std::nullopt;
-    const auto row = std::find_if(rows->begin(), rows->end(), [port](const SocketRow& one) {
-        return one.listens && one.local.port == port && takesLoopback(one.local.address);
+    const auto rows = vnt::program::system_sockets(proc.toStdString()).rows;
+    const auto row = std::find_if(rows.begin(), rows.end(), [port](const auto& one) {
+        return one.listens && one.local.port == port && vnt::program::takes_loopback(one.local);
     });
-    if (row == rows->end())
+    if (row == rows.end())
         return std::nullopt;
     PortOwner owner;
     owner.user = userName(row->user);

@@ -1,15 +1,14 @@
 #include "host/editor/art_store.h"
 #include "tests/editor/kept_samples.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <csignal>
 #include <functional>
 
 namespace {
@@ -126,35 +125,13 @@ TEST(ArtStore, CallsACopyByItsName)
     EXPECT_EQ(value_of(store.read("my copy")).id, "my copy");
 }
 
-// As long as it lives, files of this process cannot grow beyond size.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit small{size, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-    ~SmallDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    void (*handler_)(int);
-    rlimit before_{};
-};
-
 TEST(ArtStore, KeepsAllOrNothing)
 {
     const TemporaryFolder folder;
     const ArtStore store(folder.path("kept"));
     std::string problem;
     {
-        const SmallDisk disk(1000);
+        const support::FullDisk disk(1000);
         problem = problem_of(store.keep(sample_art("1")));
     }
     EXPECT_EQ(problem, "cannot keep the art in " + store.path_of("1") +

@@ -175,6 +175,16 @@ TEST(EditorProcess, IsNamedByItsNumberAndStart)
     EXPECT_EQ(editor_name(process), "4711-123456");
 }
 
+TEST(EditorProcess, HasANameOfTwoNumbers)
+{
+    for (const char* const name : {"4711-123456", "1-0", "4194304-18446744073709551615"})
+        EXPECT_TRUE(is_editor_name(name)) << name;
+    for (const char* const other :
+         {"", "-", "4711", "4711-", "-123456", "-1-2", "4711--2", "4711-12a", "4711-12 ", "a-1", "4711-1-2",
+          "99999999999-1", "4711-18446744073709551616"})
+        EXPECT_FALSE(is_editor_name(other)) << other;
+}
+
 TEST(EditorProcess, IsFoundByItsNameAndByNoOther)
 {
     Pipe pipe;

@@ -3,6 +3,7 @@
 
 #include "tests/editor/running_program.h"
 #include "tests/editor/surroundings.h"
+#include "tests/support/program_start.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +18,7 @@ namespace editor_test {
 
 class OwnDesktop {
 public:
-    static bool is_possible() { return is_installed("Xvfb") && is_installed("openbox"); }
+    static bool is_possible() { return support::is_installed("Xvfb") && support::is_installed("openbox"); }
 
     OwnDesktop()
         : server_({"Xvfb", "-displayfd", "1", "-screen", "0", "640x480x24", "-nolisten", "tcp", "-noreset"}),

@@ -1,5 +1,7 @@
 #include "tests/editor/running_program.h"
 
+#include "tests/support/program_start.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -7,43 +9,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <stdexcept>
 
-extern char** environ;
-
 namespace editor_test {
-namespace {
-
-std::vector<std::string> changed_environment(const std::vector<std::string>& changes)
-{
-    std::vector<std::string> result;
-    const auto name_of = [](const std::string& entry) { return entry.substr(0, entry.find('=')); };
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        bool is_changed = false;
-        for (const std::string& change : changes)
-            is_changed = is_changed || name_of(*entry) == name_of(change);
-        if (!is_changed)
-            result.emplace_back(*entry);
-    }
-    for (const std::string& change : changes) {
-        if (change.find('=') != change.npos)
-            result.push_back(change);
-    }
-    return result;
-}
-
-std::vector<char*> pointers_to(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-} // namespace
-
 RunningProgram::RunningProgram(const std::vector<std::string>& arguments,
                                const std::vector<std::string>& environment)
 {
@@ -51,9 +19,9 @@ RunningProgram::RunningProgram(const std::vector<std::string>& arguments,
     if (pipe2(output, O_CLOEXEC) != 0)
         throw std::runtime_error("pipe failed");
     std::vector<std::string> argument_texts = arguments;
-    std::vector<std::string> environment_texts = changed_environment(environment);
-    const std::vector<char*> argument_list = pointers_to(argument_texts);
-    const std::vector<char*> environment_list = pointers_to(environment_texts);
+    std::vector<std::string> environment_texts = support::changed_environment(environment);
+    const std::vector<char*> argument_list = support::pointers_to(argument_texts);
+    const std::vector<char*> environment_list = support::pointers_to(environment_texts);
     const pid_t test = getpid();
     pid_ = fork();
     if (pid_ == 0) {
@@ -113,19 +81,6 @@ void RunningProgram::end()
     waitpid(pid_, &status, 0);
     close(output_);
     pid_ = 0;
-}
-
-bool is_installed(const std::string& name)
-{
-    const char* const path = std::getenv("PATH");
-    std::string rest = path == nullptr ? "" : path;
-    while (!rest.empty()) {
-        const std::string folder = rest.substr(0, rest.find(':'));
-        rest.erase(0, folder.size() + 1);
-        if (!folder.empty() && access((folder + "/" + name).c_str(), X_OK) == 0)
-            return true;
-    }
-    return false;
 }
 
 } // namespace editor_test

@@ -39,7 +39,4 @@ private:
     std::string unread_;
 };
 
-// Whether a program of that name is in PATH.
-bool is_installed(const std::string& name);
-
 } // namespace editor_test

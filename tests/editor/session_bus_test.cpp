@@ -2,6 +2,7 @@
 #include "tests/editor/own_bus.h"
 #include "tests/editor/silent_bus.h"
 #include "tests/editor/surroundings.h"
+#include "tests/support/program_start.h"
 
 #include <gtest/gtest.h>
 
@@ -66,7 +67,7 @@ class OnABus : public testing::Test {
 protected:
     void SetUp() override
     {
-        if (!is_installed("dbus-daemon"))
+        if (!support::is_installed("dbus-daemon"))
             GTEST_SKIP() << "dbus-daemon is missing (Debian: dbus)";
         bus_ = std::make_unique<OwnBus>();
         connection_ = connect_to(bus_->address());

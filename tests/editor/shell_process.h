@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/descriptors.h"
+#include "tests/support/program_start.h"
 
 #include <signal.h>
 #include <spawn.h>
@@ -11,8 +12,6 @@
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-extern char** environ;
 
 namespace editor_test {
 
@@ -49,10 +48,7 @@ public:
     {
         std::vector<std::string> all{"/bin/sh", "-c", script};
         all.insert(all.end(), words.begin(), words.end());
-        std::vector<char*> arguments;
-        for (std::string& word : all)
-            arguments.push_back(word.data());
-        arguments.push_back(nullptr);
+        const std::vector<char*> arguments = support::pointers_to(all);
         posix_spawn_file_actions_t files;
         posix_spawn_file_actions_init(&files);
         posix_spawn_file_actions_adddup2(&files, input, STDIN_FILENO);

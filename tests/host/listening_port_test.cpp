@@ -9,6 +9,7 @@
 namespace {
 
 using namespace vnt::host;
+using vnt::program::read_socket_table;
 
 constexpr std::uint16_t kPort = 4910; // 132E
 
@@ -43,7 +44,6 @@ const TableCase kTables[] = {
     {"AHeaderAloneIsNobody", kHeader, Listening::no},
     {"ListensOnLoopback", kHeader + row("0100007F:132E", "0A"), Listening::yes},
     {"ListensOnAnyAddress", kHeader + row("00000000:132E", "0A"), Listening::yes},
-    {"LowerCaseDigitsAreTheSame", kHeader + row("0100007f:132e", "0a"), Listening::yes},
     {"ListensOnAnotherLoopbackAddress", kHeader + row("0200007F:132E", "0A"), Listening::no},
     {"ListensOnTheNetworksAddress", kHeader + row("0A01A8C0:132E", "0A"), Listening::no},
     {"ListensOnAnotherPort", kHeader + row("0100007F:132F", "0A"), Listening::no},
@@ -59,11 +59,9 @@ const TableCase kTables[] = {
     {"ATenThousandthRow", kHeader + [] {
          std::string rows;
          for (int i = 1; i < 10000; ++i)
-             rows += "10000: 0100007F:C001 0100007F:C002 01 00000000:00000000\n";
+             rows += row("0100007F:C001", "01", "0100007F:C002");
          return rows;
      }() + row("0100007F:132E", "0A"), Listening::yes},
-    {"ARowWithALongNumberInFront", kHeader + "123456: 0100007F:132E 00000000:0000 0A\n", Listening::yes},
-    {"ALastRowWithoutALineFeed", kHeader + "   0: 0100007F:132E 00000000:0000 0A", Listening::yes},
     {"ListensOnAnyAddressOfIPv6",
      kHeader6 + row6("00000000000000000000000000000000:132E", "0A"), Listening::yes},
     {"ListensOnLoopbackWithinIPv6",
@@ -85,10 +83,6 @@ const TableCase kTables[] = {
     {"NoTextIsNoTable", "", Listening::unknown},
     {"AnotherTextIsNoTable", "Permission denied\n" + row("0100007F:132E", "0A"), Listening::unknown},
     {"AShortRowLeavesItOpen", kHeader + "   0: 0100007F:132E\n", Listening::unknown},
-    {"AnAddressOfAnotherLengthLeavesItOpen", kHeader + row("01007F:132E", "0A"), Listening::unknown},
-    {"AnAddressThatIsNoNumberLeavesItOpen", kHeader + row("0100007G:132E", "0A"), Listening::unknown},
-    {"AStateThatIsNoNumberLeavesItOpen", kHeader + row("0100007F:132E", "LISTEN"), Listening::unknown},
-    {"AnAddressWithoutAPortLeavesItOpen", kHeader + row("0100007F", "0A"), Listening::unknown},
     {"ARowOfAnotherPortBehindAShortOneLeavesItOpen",
      kHeader + "   0: 0100007F:132E\n" + row("0100007F:132F", "0A"), Listening::unknown},
     {"AListenerBesideARowThatIsNoneCounts",
@@ -103,7 +97,7 @@ TEST_P(ListeningTable, TellsWhoListens)
 {
     if (std::endian::native != std::endian::little)
         GTEST_SKIP() << "these tables were written by a little-endian machine";
-    EXPECT_EQ(listening_in_table(GetParam().table, kPort), GetParam().listening);
+    EXPECT_EQ(listening_in(read_socket_table(GetParam().table), kPort), GetParam().listening);
 }
 INSTANTIATE_TEST_SUITE_P(, ListeningTable, testing::ValuesIn(kTables),
                          [](const auto& row) { return row.param.name; });

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -21,13 +24,14 @@ using Names = std::vector<std::string>;
 
 class Extension : public testing::Test {
 protected:
-    Surroundings surroundings() const
+    Surroundings surroundings(const std::string& document = "", const std::string& path = "/nowhere") const
     {
         Surroundings result;
         for (const char* const folder : {"STATE_HOME", "DATA_HOME", "CONFIG_HOME", "RUNTIME_DIR"})
             result.environment.push_back(std::string("XDG_") + folder + "=" + place.path(folder));
-        for (const char* const set : {"DBUS_SESSION_BUS_ADDRESS=", "DOCUMENT_PATH=", "PATH=/nowhere"})
-            result.environment.emplace_back(set);
+        result.environment.emplace_back("DBUS_SESSION_BUS_ADDRESS=");
+        result.environment.push_back("DOCUMENT_PATH=" + document);
+        result.environment.push_back("PATH=" + path);
         return result;
     }
 
@@ -61,9 +65,11 @@ protected:
         peer_test::Program peer({"--answer", place.path("line.xml"), "--timeout", "80"});
         peer.port();
         std::filesystem::create_directories(place.path(kStray));
-        EXPECT_EQ(run_host({"run", place.path("small.svg"), "--art", place.path(kStray) + "/art.svg"}).status,
+        EXPECT_EQ(run_host({"run", place.path("small.svg"), "--art", place.path(kStray) + "/art.svg",
+                            "--editor", "4711-99"},
+                           surroundings(place.path("my drawing.svg")))
+                      .status,
                   0);
-        place.file(std::string(kStray) + "/start", "/home/me/my%20drawing.svg\n4711-99\n12345\n");
         const auto art = vnt::host::read_kept_art("it", place.content(std::string(kStray) + "/art.svg"));
         return std::get<vnt::host::KeptArt>(art).id + ".svg";
     }
@@ -81,6 +87,54 @@ TEST_F(Extension, PrintsTheDocumentWithTheSketch)
     EXPECT_EQ(names_in("DATA_HOME/vant/sketches/placed").size(), 1U);
 }
 
+// An address that would have a bus started is none.
+TEST_F(Extension, PrintsTheDocumentWhereThereIsNoBusYet)
+{
+    peer_test::Program peer({"--answer", place.path("line.xml"), "--timeout", "80"});
+    peer.port();
+    Surroundings busless = surroundings();
+    for (std::string& variable : busless.environment) {
+        if (variable == "DBUS_SESSION_BUS_ADDRESS=")
+            variable += "autolaunch:";
+    }
+    EXPECT_EQ(run_host({"extension", place.path("small.svg")}, busless), (ProgramEnd{0, kDrawnArtwork, ""}));
+}
+
+TEST_F(Extension, SaysWhatToSetWhereNoFolderOfTheUserIsKnown)
+{
+    Surroundings homeless;
+    for (const char* const name : {"HOME=", "XDG_STATE_HOME=", "XDG_DATA_HOME=", "XDG_RUNTIME_DIR="})
+        homeless.environment.emplace_back(name);
+    const char* const said =
+        "Nothing was done: cannot find the user's folders: neither HOME nor XDG_STATE_HOME "
+        "names a folder from / on; set HOME to the home folder\n";
+    for (const char* const command : {"extension", "place"})
+        EXPECT_EQ(run_host({command, place.path("small.svg")}, homeless), (ProgramEnd{1, "", said}))
+            << command;
+}
+
+// A dialog would hang it.
+TEST_F(Extension, SaysNothingOfThatInABatchRun)
+{
+    const std::string command = "cd '" + place.path("") +
+                                "'; export HOME= XDG_STATE_HOME= XDG_DATA_HOME= XDG_RUNTIME_DIR=;"
+                                " { until [ -e ready ]; do :; done; " VNT_HOST_PROGRAM
+                                " extension small.svg 2>errors; echo $? >status; } |"
+                                " sh -c '>ready; cat; :' editor --batch-process";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+    EXPECT_EQ(place.content("status"), "1\n");
+    EXPECT_EQ(place.content("errors"), "");
+}
+
+TEST_F(Extension, SaysWhichFolderOfTheUserCannotBeMade)
+{
+    place.file("STATE_HOME", "in the way");
+    const std::string said = "Nothing was done: cannot make the folder " + place.path("STATE_HOME") +
+                             "/vant (at " + place.path("STATE_HOME") +
+                             "): File exists; make it by hand, or free the place\n";
+    EXPECT_EQ(start(), (ProgramEnd{1, "", said}));
+}
+
 TEST_F(Extension, EndsWhenItsTimeIsUp)
 {
     peer_test::Program peer({"--fault", "stall", "--answer", place.path("line.xml"), "--timeout", "80"});
@@ -90,6 +144,40 @@ TEST_F(Extension, EndsWhenItsTimeIsUp)
         (ProgramEnd{4, "",
                     "the time of --timeout is up; the drawing is as it was; give it more time, or leave "
                     "--timeout out\n"}));
+}
+
+struct TurnedCase {
+    const char* name;
+    const char* rotation; // of the document's sheet
+    const char* told;
+};
+const TurnedCase kTurned[] = {
+    {"BySomeDegrees",    "15",    "--sheet-rotation 15\n"   },
+    {"AgainstTheClock",  "-0.25", "--sheet-rotation -0.25\n"},
+    {"ByNothing",        "0",     "\n"                      },
+    {"ByWhatIsNoNumber", "left",  "\n"                      },
+};
+
+TEST_F(Extension, TellsTheSketchApplicationThatItStartsHowTheSheetIsTurned)
+{
+    const std::string application =
+        place.file("vant-sketch", "#!/bin/sh\necho \"$@\" >'" + place.path("told") +
+                                      "'\nexec " VNT_PEER_PROGRAM " --timeout 80 --answer '" +
+                                      place.path("line.xml") + "'\n");
+    std::filesystem::permissions(application, std::filesystem::perms::owner_all);
+    const Surroundings with_it = surroundings("", place.path("") + ":/bin:/usr/bin");
+    for (const TurnedCase& row : kTurned) {
+        SCOPED_TRACE(row.name);
+        const std::string artwork =
+            place.file("turned.svg",
+                       std::string(R"(<svg xmlns="http://www.w3.org/2000/svg" width="200" height="100" )"
+                                   R"(xmlns:inkscape="http://www.inkscape.org/namespaces/inkscape" )"
+                                   R"(xmlns:sodipodi="http://sodipodi.sourceforge.net/DTD/sodipodi-0.dtd">)"
+                                   R"(<sodipodi:namedview inkscape:rotation=")") +
+                           row.rotation + "\"/></svg>\n");
+        EXPECT_EQ(run_host({"extension", artwork}, with_it).status, 0);
+        EXPECT_EQ(place.content("told"), row.told);
+    }
 }
 
 // A sketch application shares standard error with the program that has started it, and may have the last word there.
@@ -125,6 +213,12 @@ TEST_F(Extension, TellsOfASketchThatCannotBeKept)
 
 TEST_F(Extension, KeepsTheArtOfAProcessThatWasEndedBeforeItCould)
 {
+    const timespec written[] = {
+        {0,  UTIME_OMIT},
+        {12, 345       }
+    };
+    const std::string drawing = place.file("my drawing.svg", kSmallArtwork);
+    ASSERT_EQ(utimensat(AT_FDCWD, drawing.c_str(), written, 0), 0);
     const std::string name = leave_a_stray();
     std::filesystem::create_directories(place.path("RUNTIME_DIR/vant/sketch-empty1"));
     place.file("RUNTIME_DIR/vant/sketchbook", "of somebody else");
@@ -133,9 +227,9 @@ TEST_F(Extension, KeepsTheArtOfAProcessThatWasEndedBeforeItCould)
     const auto art = vnt::host::read_kept_art("it", place.content("DATA_HOME/vant/sketches/" + name));
     ASSERT_TRUE(std::holds_alternative<vnt::host::KeptArt>(art));
     const vnt::host::DocumentMark& mark = std::get<vnt::host::KeptArt>(art).document;
-    EXPECT_EQ(mark.path, "/home/me/my drawing.svg");
+    EXPECT_EQ(mark.path, drawing);
     EXPECT_EQ(mark.editor, "4711-99");
-    EXPECT_EQ(mark.file_time, 12345);
+    EXPECT_EQ(mark.file_time, 12'000'000'345);
     EXPECT_EQ(names_in("RUNTIME_DIR/vant"), (Names{"sketch.lock", "sketchbook"}));
 }
 

@@ -55,6 +55,8 @@ std::string text_of(const Options& o)
         out << " strict";
     if (o.art)
         tell("art", *o.art);
+    if (o.editor)
+        tell("editor", *o.editor);
     if (o.plugin)
         tell("plugin", *o.plugin);
     if (o.launch)
@@ -119,6 +121,8 @@ const OptionsCase kGood[] = {
     {"OfRunStrictness",            "run a.svg -o o.svg --strict",                         kRun + " strict"                 },
     {"OfDrawStrictness",           "draw a.xml -o o.svg --strict",                        kDraw + " strict"                },
     {"AFileForThePathsAlone",      "run a.svg -o o.svg --art p.svg",                      kRun + " art=p.svg"              },
+    {"AnEditor",                   "run a.svg -o o.svg --editor 4711-99",                 kRun + " editor=4711-99"         },
+    {"AnEditorThatIsNotKnown",     "run a.svg -o o.svg --editor none",                    kRun + " editor="                },
     {"APlugIn",                    "run a.svg -o o.svg --plugin p.so",                    kRun + " plugin=p.so"            },
     {"ACommandToLaunch",           "run a.svg -o o.svg --launch sketch",                  kRun + " launch=sketch"          },
     {"AWindow",                    "run a.svg -o o.svg --view 1,2,3,4",                   kRun + " window=1,2,3,4"         },
@@ -202,6 +206,8 @@ const OptionsCase kBad[] = {
     {"TooMuchMemory",              "run a.svg --memory 1.1e9",                "cannot use --memory 1.1e9" + kMemory                                          },
     {"MemoryThatIsNoNumber",       "draw a.xml --memory 4G",                  "cannot use --memory 4G" + kMemory                                             },
     {"MemoryThatIsNotFinite",      "draw a.xml --memory inf",                 "cannot use --memory inf" + kMemory                                            },
+    {"AnEditorsNumberAlone",       "run a.svg --editor 4711",
+     "cannot use --editor 4711" + kNothing + "give it an editor's name, as 4711-123456, or none"                                                             },
     {"AWindowOfThreeNumbers",      "run a.svg --view 0,0,100",                "cannot use --view 0,0,100" + kWindow                                          },
     {"AWindowOfFiveNumbers",       "run a.svg --view 0,0,1,1,1",              "cannot use --view 0,0,1,1,1" + kWindow                                        },
     {"AWindowWithoutWidth",        "run a.svg --view 0,0,0,100",              "cannot use --view 0,0,0,100" + kWindow                                        },
@@ -315,6 +321,9 @@ INSTANTIATE_TEST_SUITE_P(, KnownOptions, testing::ValuesIn(kKnown), [](const aut
         name += std::isalpha(static_cast<unsigned char>(c)) != 0 ? std::string(1, c) : "_";
     return name;
 });
+
+// What only our own processes say to one another.
+TEST(HelpOfRun, HasNoOptionOfTheEditorsCommands) { EXPECT_FALSE(names(help_text("run"), "--editor")); }
 
 // The other way round: what the help shows at the beginning of a line is an option.
 TEST(HelpText, HasNoOptionThatThereIsNot)

@@ -1,12 +1,11 @@
 // A drawing as it is seen: rendered by a program that knows nothing of us, and looked at pixel by pixel.
 #include "tests/host_app/host_program.h"
 #include "tests/host_app/trace_reading.h"
+#include "tests/support/picture.h"
 
-#include <cairo.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdint>
 #include <numbers>
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@ namespace {
 
 using host_app_test::ProgramEnd;
 using host_app_test::Workplace;
+using support::Picture;
 
 // The page in pixels, of which a point is 4/3; the artwork's origin is its lower left corner. Room for the figure of
 // the example answer, which lies in 600 x 400 points.
@@ -60,34 +60,6 @@ std::vector<Spot> spots_of(const std::vector<vnt::host::PathArt>& paths)
     }
     return spots;
 }
-
-// Which pixels have ink.
-class Picture {
-public:
-    explicit Picture(const std::string& file) : surface_(cairo_image_surface_create_from_png(file.c_str()))
-    {
-        if (cairo_surface_status(surface_) != CAIRO_STATUS_SUCCESS ||
-            cairo_image_surface_get_format(surface_) != CAIRO_FORMAT_ARGB32)
-            throw std::runtime_error("cannot read " + file);
-    }
-    Picture(const Picture&) = delete;
-    Picture& operator=(const Picture&) = delete;
-    ~Picture() { cairo_surface_destroy(surface_); }
-
-    int width() const { return cairo_image_surface_get_width(surface_); }
-    int height() const { return cairo_image_surface_get_height(surface_); }
-
-    // Of 255.
-    int ink(int x, int y) const
-    {
-        const unsigned char* const row =
-            cairo_image_surface_get_data(surface_) + y * cairo_image_surface_get_stride(surface_);
-        return static_cast<int>(reinterpret_cast<const std::uint32_t*>(row)[x] >> 24U);
-    }
-
-private:
-    cairo_surface_t* surface_;
-};
 
 // A line of 1 pt is 0.67 pixels to each side, and a pixel that it touches has its middle up to 0.71 farther away.
 constexpr double kNear = 1.5;

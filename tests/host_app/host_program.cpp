@@ -1,6 +1,7 @@
 #include "tests/host_app/host_program.h"
 
 #include "tests/support/descriptors.h"
+#include "tests/support/program_start.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -15,8 +16,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <utility>
-
-extern char** environ;
 
 namespace host_app_test {
 namespace {
@@ -62,22 +61,10 @@ Ends open_stream(Stream stream)
     return {Descriptor(), Descriptor()};
 }
 
-std::vector<char*> pointers_to(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 pid_t start(std::vector<std::string> arguments, const Surroundings& surroundings, int output, int errors)
 {
     arguments.insert(arguments.begin(), VNT_HOST_PROGRAM);
-    std::vector<std::string> environment = surroundings.environment;
-    for (char** variable = environ; *variable != nullptr; ++variable)
-        environment.emplace_back(*variable);
+    std::vector<std::string> environment = support::changed_environment(surroundings.environment);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     if (surroundings.has_input)
@@ -91,8 +78,9 @@ pid_t start(std::vector<std::string> arguments, const Surroundings& surroundings
             posix_spawn_file_actions_adddup2(&actions, stream, number);
     }
     pid_t process = -1;
-    const int error = posix_spawn(&process, VNT_HOST_PROGRAM, &actions, nullptr,
-                                  pointers_to(arguments).data(), pointers_to(environment).data());
+    const int error =
+        posix_spawn(&process, VNT_HOST_PROGRAM, &actions, nullptr, support::pointers_to(arguments).data(),
+                    support::pointers_to(environment).data());
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0)
         fail("cannot start " VNT_HOST_PROGRAM);

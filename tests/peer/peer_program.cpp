@@ -1,5 +1,7 @@
 #include "tests/peer/peer_program.h"
 
+#include "tests/support/program_start.h"
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -13,8 +15,6 @@
 #include <cerrno>
 #include <csignal>
 #include <stdexcept>
-
-extern char** environ;
 
 namespace peer_test {
 namespace {
@@ -65,11 +65,7 @@ void wait_for_input(int socket)
 Program::Program(std::vector<std::string> arguments, Output output)
 {
     arguments.insert(arguments.begin(), VNT_PEER_PROGRAM);
-    std::vector<char*> argv;
-    argv.reserve(arguments.size() + 1);
-    for (std::string& argument : arguments)
-        argv.push_back(argument.data());
-    argv.push_back(nullptr);
+    const std::vector<char*> argv = support::pointers_to(arguments);
     Pipe out;
     Pipe err;
     posix_spawn_file_actions_t actions;

@@ -1,14 +1,13 @@
+#include "tests/support/full_disk.h"
 #include "tests/support/temporary_folder.h"
 #include "tools/program/whole_file.h"
 
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -28,28 +27,6 @@ mode_t mode_of(const std::string& path)
     EXPECT_EQ(stat(path.c_str(), &there), 0);
     return there.st_mode & 07777U;
 }
-
-// As long as it lives, files of this process cannot grow beyond size.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t size) : handler_(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit small{size, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-    ~SmallDisk()
-    {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    void (*handler_)(int);
-    rlimit before_{};
-};
 
 TEST(WholeFile, ANewFileHoldsTheBytesAndStandsAlone)
 {
@@ -131,7 +108,7 @@ TEST(WholeFile, AFullDiskLeavesTheOldFileAndNothingBesideIt)
     const std::string path = folder.file("old", "as it was");
     std::error_code error;
     {
-        const SmallDisk disk(1000);
+        const support::FullDisk disk(1000);
         error = write_whole_file(path, std::string(2000, 'x'));
     }
     EXPECT_EQ(error, std::errc::file_too_large);

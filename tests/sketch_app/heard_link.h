@@ -78,4 +78,21 @@ private:
     void say(const std::string& what) { said.push_back(what); }
 };
 
+// An editor that has asked, of which the link has said this. Its window is so many pixels wide.
+class AskingEditor : public ScriptedEditor {
+public:
+    AskingEditor(HeardLink& link, int width, const Said& expected) : ScriptedEditor(link.server.port())
+    {
+        send(requestLine(width));
+        const testing::AssertionResult result = link.says(expected);
+        if (!result)
+            throw std::runtime_error(result.message());
+    }
+    // Whose turn it is at once.
+    explicit AskingEditor(HeardLink& link, int width = 1024)
+        : AskingEditor(link, width, {"waiting", "requested " + std::to_string(width)})
+    {
+    }
+};
+
 } // namespace sketch_app_test

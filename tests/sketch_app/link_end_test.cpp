@@ -94,12 +94,8 @@ TEST(LinkPort, IsHadAgainRightAfterAnExchange)
 TEST(LinkShutDown, AnswersEverybodyWithAnEmptyFigure)
 {
     HeardLink link;
-    ScriptedEditor first(link.server.port());
-    first.send(requestLine(1));
-    ASSERT_TRUE(link.says({"waiting", "requested 1"}));
-    ScriptedEditor second(link.server.port());
-    second.send(requestLine(2));
-    ASSERT_TRUE(link.says({"others 1"}));
+    AskingEditor first(link, 1);
+    AskingEditor second(link, 2, {"others 1"});
     ScriptedEditor half(link.server.port());
     half.send(requestLine(3).substr(0, 500));
     ScriptedEditor silent(link.server.port());
@@ -108,7 +104,8 @@ TEST(LinkShutDown, AnswersEverybodyWithAnEmptyFigure)
     ::send(untaken.socket(), requestLine(4).data(), requestLine(4).size(), 0);
 
     link.server.shutDown();
-    for (ScriptedEditor* editor : {&first, &second, &half, &silent, &untaken})
+    for (ScriptedEditor* const editor :
+         std::initializer_list<ScriptedEditor*>{&first, &second, &half, &silent, &untaken})
         EXPECT_EQ(editor->receivedToItsEnd(), kEmptyFigure);
     EXPECT_EQ(link.said, (Said{"others 0", "closed"}));
     EXPECT_THROW(ScriptedEditor(link.server.port()), std::runtime_error);
@@ -141,9 +138,7 @@ TEST(LinkShutDown, IsQuickWhenTheEditorsClose)
 TEST(LinkShutDown, WaitsForASlowEditorButNotForEver)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     ASSERT_TRUE(link.server.answer(QByteArray(32 * 1024 * 1024, ' ')));
     ASSERT_TRUE(link.server.isSending());
     QElapsedTimer time;
@@ -159,9 +154,7 @@ TEST(LinkShutDown, WaitsForASlowEditorButNotForEver)
 TEST(LinkShutDown, TellsOfAnAnswerThatIsHandedOverWithinIt)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     ASSERT_TRUE(link.server.answer(QByteArray(32 * 1024 * 1024, ' ')));
     ASSERT_TRUE(link.server.isSending());
     std::thread plugin([&editor] {

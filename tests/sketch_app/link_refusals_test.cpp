@@ -46,9 +46,7 @@ class LinkRefusal : public testing::TestWithParam<RefusalCase> {};
 TEST_P(LinkRefusal, IsToldInTheLogAlone)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     ScriptedEditor other(link.server.port());
     other.send(GetParam().sent);
     EXPECT_EQ(other.receivedToItsEnd(), GetParam().received);
@@ -269,9 +267,7 @@ TEST(WaitingEditors, AreTurnedAwayWhenTheyAreTooMany)
 TEST(EndlessTalker, BehindItsRequestLosesItsTurn)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     editor.send(std::string(std::size_t{2} * 1024 * 1024, 'x'));
     EXPECT_TRUE(link.says({"left", "gone"}));
     EXPECT_EQ(editor.receivedToItsEnd(), kEmptyFigure);

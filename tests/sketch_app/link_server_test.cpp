@@ -46,9 +46,7 @@ TEST(LinkStates, FollowOneExchange)
 TEST(LinkStates, StaySentWhenTheAnsweredEditorResets)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     link.server.answer(kFigure);
     EXPECT_EQ(editor.received(), kFigureLine);
     editor.reset();
@@ -59,9 +57,7 @@ TEST(LinkStates, StaySentWhenTheAnsweredEditorResets)
 TEST(LinkStates, CancelSendsAnEmptyFigure)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     EXPECT_TRUE(link.server.cancel());
     EXPECT_EQ(editor.receivedToItsEnd(), kEmptyFigure);
     EXPECT_TRUE(link.says({"answered", "sent"}));
@@ -73,9 +69,7 @@ TEST(LinkStates, TellTheWholeRequest)
     vnt::sketch::Request request;
     QObject::connect(&link.server, &LinkServer::requested, &link.server,
                      [&](const vnt::sketch::Request& told) { request = told; });
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     EXPECT_EQ(request.window.y, 22);
     EXPECT_EQ(request.window.height, 768);
     EXPECT_EQ(request.sheet.width, 1024);
@@ -165,14 +159,10 @@ TEST(LinkTurns, ComeInTheOrderOfTheRequests)
 TEST(LinkTurns, TellSinceWhenTheEditorWaitsWhoseTurnItIs)
 {
     HeardLink link;
-    ScriptedEditor first(link.server.port());
-    first.send(requestLine(1));
-    ASSERT_TRUE(link.says({"waiting", "requested 1"}));
+    AskingEditor first(link, 1);
     const QDateTime since = link.server.waitingSince();
     ASSERT_TRUE(runUntil([&] { return QDateTime::currentDateTime() > since; }));
-    ScriptedEditor second(link.server.port());
-    second.send(requestLine(2));
-    ASSERT_TRUE(link.says({"others 1"}));
+    AskingEditor second(link, 2, {"others 1"});
     const QDateTime asked = QDateTime::currentDateTime();
     EXPECT_EQ(link.server.waitingSince(), since);
     ASSERT_TRUE(runUntil([&] { return QDateTime::currentDateTime() > asked; }));
@@ -194,9 +184,7 @@ class EditorThatLeaves : public testing::TestWithParam<LeavingCase> {};
 TEST_P(EditorThatLeaves, InItsTurnIsNoticed)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     (editor.*GetParam().leave)();
     EXPECT_TRUE(link.says({"left", "gone"}));
     EXPECT_FALSE(link.server.answer(kFigure));
@@ -209,12 +197,8 @@ TEST_P(EditorThatLeaves, InItsTurnIsNoticed)
 TEST_P(EditorThatLeaves, InItsTurnGivesItToTheNext)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine(1));
-    ASSERT_TRUE(link.says({"waiting", "requested 1"}));
-    ScriptedEditor next(link.server.port());
-    next.send(requestLine(2));
-    ASSERT_TRUE(link.says({"others 1"}));
+    AskingEditor editor(link, 1);
+    AskingEditor next(link, 2, {"others 1"});
     (editor.*GetParam().leave)();
     EXPECT_TRUE(link.says({"left", "others 0", "waiting", "requested 2"}));
     link.server.answer(kFigure);
@@ -224,12 +208,8 @@ TEST_P(EditorThatLeaves, InItsTurnGivesItToTheNext)
 TEST_P(EditorThatLeaves, BeforeItsTurnNeverGetsOne)
 {
     HeardLink link;
-    ScriptedEditor first(link.server.port());
-    first.send(requestLine(1));
-    ASSERT_TRUE(link.says({"waiting", "requested 1"}));
-    ScriptedEditor second(link.server.port());
-    second.send(requestLine(2));
-    ASSERT_TRUE(link.says({"others 1"}));
+    AskingEditor first(link, 1);
+    AskingEditor second(link, 2, {"others 1"});
     (second.*GetParam().leave)();
     EXPECT_TRUE(link.says({"others 0"}));
     link.server.answer(kFigure);
@@ -292,12 +272,8 @@ const QByteArray kLargeFigure = "<vant>" + QByteArray(32 * 1024 * 1024, ' ') + "
 TEST(LargeAnswer, ReachesASlowEditorWhole)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine(1));
-    ASSERT_TRUE(link.says({"waiting", "requested 1"}));
-    ScriptedEditor next(link.server.port());
-    next.send(requestLine(2));
-    ASSERT_TRUE(link.says({"others 1"}));
+    AskingEditor editor(link, 1);
+    AskingEditor next(link, 2, {"others 1"});
     EXPECT_TRUE(link.server.answer(kLargeFigure));
     EXPECT_TRUE(link.server.isSending());
     EXPECT_FALSE(link.server.answer(kFigure)); // would be the next editor's before its turn
@@ -315,9 +291,7 @@ TEST(LargeAnswer, ReachesAnEditorThatReadsLate)
 {
     HeardLink link;
     const QByteArray figure = kLargeFigure.right(1024 * 1024);
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     EXPECT_TRUE(link.server.answer(figure));
     EXPECT_TRUE(link.says({"answered", "sent"}));
     ASSERT_TRUE(runUntil([&] { return runDueEvents(), link.server.findChildren<QObject*>().isEmpty(); }));
@@ -327,9 +301,7 @@ TEST(LargeAnswer, ReachesAnEditorThatReadsLate)
 TEST(LargeAnswer, IsNotSentWhenTheEditorLeavesWithinIt)
 {
     HeardLink link;
-    ScriptedEditor editor(link.server.port());
-    editor.send(requestLine());
-    ASSERT_TRUE(link.says({"waiting", "requested 1024"}));
+    AskingEditor editor(link);
     EXPECT_TRUE(link.server.answer(kLargeFigure));
     EXPECT_FALSE(editor.received().empty());
     editor.close();
@@ -355,12 +327,8 @@ TEST(LinkSlots, MayShutDownWithinAnAnswer)
 {
     HeardLink link;
     QObject::connect(&link.server, &LinkServer::answered, &link.server, [&] { link.server.shutDown(); });
-    ScriptedEditor first(link.server.port());
-    first.send(requestLine(1));
-    ASSERT_TRUE(link.says({"waiting", "requested 1"}));
-    ScriptedEditor second(link.server.port());
-    second.send(requestLine(2));
-    ASSERT_TRUE(link.says({"others 1"}));
+    AskingEditor first(link, 1);
+    AskingEditor second(link, 2, {"others 1"});
     link.server.answer(kFigure);
     EXPECT_EQ(first.receivedToItsEnd(), kFigureLine);
     EXPECT_EQ(second.receivedToItsEnd(), kEmptyFigure);

@@ -1,11 +1,9 @@
 #include "sketch/app/port_owner.h"
-#include "sketch/app/socket_table.h"
 #include "tests/support/scripted_peer.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <bit>
 #include <filesystem>
 
 namespace {
@@ -20,72 +18,6 @@ std::string row(const std::string& local, const std::string& state, int user = 0
 {
     return "   0: " + local + " 00000000:0000 " + state + " 00000000:00000000 00:00000000 00000000 " +
            std::to_string(user) + "        0 " + std::to_string(inode) + " 1 000000009409d035 100 0 0 10 0\n";
-}
-
-std::string described(const SocketRow& row)
-{
-    return row.local.address.toString().toStdString() + ":" + std::to_string(row.local.port) + " from " +
-           row.remote.address.toString().toStdString() + ":" + std::to_string(row.remote.port) +
-           (row.listens ? " listens" : "") + " user " + std::to_string(row.user) + " inode " +
-           std::to_string(row.inode);
-}
-
-std::string described(const std::string& table)
-{
-    std::string text;
-    for (const SocketRow& one : socketRows(QByteArray::fromStdString(table)))
-        text += (text.empty() ? "" : "; ") + described(one);
-    return text;
-}
-
-struct TableCase {
-    const char* name;
-    std::string table;
-    const char* rows;
-};
-// clang-format off
-const TableCase kTables[] = {
-    {"AHeaderAloneHasNone", kHeader, ""},
-    {"AListener", kHeader + row("0100007F:132E", "0A", 1000, 4242),
-     "127.0.0.1:4910 from 0.0.0.0:0 listens user 1000 inode 4242"},
-    {"AConnection",
-     kHeader + "  11: 0100007F:132E 0200007F:C001 01 00000000:00000000 00:00000000 00000000 5 0 9 1 00 20 4 30 10 -1\n",
-     "127.0.0.1:4910 from 127.0.0.2:49153 user 5 inode 9"},
-    {"OneThatNobodyHoldsAnyMore",
-     kHeader + "   1: 0100007F:C001 0100007F:132E 05 00000000:00000000 03:00001770 00000000 0 0 0 3 000000\n",
-     "127.0.0.1:49153 from 127.0.0.1:4910 user 0 inode 0"},
-    {"IPv6sAnyAddress", row("00000000000000000000000000000000:132E", "0A"),
-     ":::4910 from 0.0.0.0:0 listens user 0 inode 77"},
-    {"IPv6sLoopback", row("00000000000000000000000001000000:132E", "0A"),
-     "::1:4910 from 0.0.0.0:0 listens user 0 inode 77"},
-    {"IPv4WithinIPv6", row("0000000000000000FFFF00000100007F:132E", "0A"),
-     "127.0.0.1:4910 from 0.0.0.0:0 listens user 0 inode 77"},
-    {"SeveralInOrder", kHeader + row("0100007F:0001", "0A") + row("0100007F:0002", "06"),
-     "127.0.0.1:1 from 0.0.0.0:0 listens user 0 inode 77; 127.0.0.1:2 from 0.0.0.0:0 user 0 inode 77"},
-    {"AShortRowIsPassedOver", "   0: 0100007F:132E\n" + row("0100007F:0001", "0A"),
-     "127.0.0.1:1 from 0.0.0.0:0 listens user 0 inode 77"},
-    {"NoAddressIsPassedOver", row("0100007G:132E", "0A") + row("01007F:132E", "0A") + row("0100007F", "0A"), ""},
-    {"NoPortIsPassedOver", row("0100007F:1132E", "0A") + row("0100007F:", "0A"), ""},
-    {"NoStateIsPassedOver", row("0100007F:132E", "LISTEN"), ""},
-    {"NoTextHasNone", "", ""},
-};
-// clang-format on
-class SocketTable : public testing::TestWithParam<TableCase> {};
-
-TEST_P(SocketTable, IsRead)
-{
-    if (std::endian::native != std::endian::little)
-        GTEST_SKIP() << "these tables were written by a little-endian machine";
-    EXPECT_EQ(described(GetParam().table), GetParam().rows);
-}
-INSTANTIATE_TEST_SUITE_P(, SocketTable, testing::ValuesIn(kTables),
-                         [](const auto& row) { return row.param.name; });
-
-TEST(SocketTables, AreNoneWhereTheSystemHasNone)
-{
-    const support::TemporaryFolder empty;
-    EXPECT_FALSE(systemSockets(QString::fromStdString(empty.path(""))));
-    EXPECT_FALSE(portOwner(4910, QString::fromStdString(empty.path(""))));
 }
 
 // ------------------------------------------------------------------------------------------------------- owners
@@ -176,6 +108,12 @@ TEST(PortOwner, IsAListenerThatLoopbackReaches)
     EXPECT_EQ(proc.owner(3), "p/3/1999999999");
     EXPECT_EQ(proc.owner(4), "p/4/1999999999");
     EXPECT_EQ(proc.owner(5), "nobody"); // ::1
+}
+
+TEST(PortOwner, IsNobodyWhereTheSystemHasNoTable)
+{
+    const support::TemporaryFolder empty;
+    EXPECT_FALSE(portOwner(4910, QString::fromStdString(empty.path(""))));
 }
 
 TEST(PortOwner, IsFoundInTheRealSystem)

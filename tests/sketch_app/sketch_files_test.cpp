@@ -1,6 +1,6 @@
 #include "sketch/app/sketch_files.h"
 
-#include "tests/sketch_app/full_disk.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@
 namespace {
 
 using namespace vnt::sketch;
-using sketch_app_test::FullDisk;
+using support::FullDisk;
 
 QString own(const std::string& path) { return QString::fromStdString(path); }
 

@@ -3,7 +3,7 @@
 #include "sketch/app/journal_file.h"
 #include "sketch/core/journal_text.h"
 #include "tests/sketch_app/event_loop.h"
-#include "tests/sketch_app/full_disk.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temporary_folder.h"
 
 #include <gtest/gtest.h>
@@ -284,7 +284,7 @@ TEST_P(FullDisks, LoseNothingOnceThereIsRoom)
     QObject::connect(journal.get(), &SketchJournal::failed, [&told](const QString& why) { told += why; });
     QObject::connect(journal.get(), &SketchJournal::mended, [&mended] { ++mended; });
     {
-        const FullDisk full(GetParam().bytes);
+        const support::FullDisk full(GetParam().bytes);
         model.addInk(inkAt(1), {});
         model.addInk(inkAt(2), {});
         model.addInk(inkAt(3), {});

@@ -1,7 +1,7 @@
 // The commands in batch runs of the real editor: what the editor saves and renders then.
 #include "tests/editor/real/desktop.h"
-#include "tests/editor/real/picture.h"
 #include "tests/editor/real/saved_drawing.h"
+#include "tests/support/picture.h"
 
 #include <gtest/gtest.h>
 
@@ -182,8 +182,8 @@ TEST_P(BatchDrawing, HasTheFigureWhereItWasSketchedAndNothingElseThatIsNew)
     EXPECT_EQ(desktop->placed().size(), 1U);
     EXPECT_EQ(desktop->log(), "");
 
-    const Picture before(desktop->path("before.png"));
-    const Picture after(desktop->path("after.png"));
+    const support::Picture before(desktop->path("before.png"));
+    const support::Picture after(desktop->path("after.png"));
     ASSERT_EQ(after.width(), kWidth);
     ASSERT_EQ(after.height(), kHeight);
     std::vector<bool> is_near(static_cast<std::size_t>(kWidth * kHeight), false);

@@ -1,6 +1,7 @@
 // Batch runs of the real editor in which no figure comes: the document stays as it was, and the run ends.
 #include "tests/editor/real/desktop.h"
 #include "tests/editor/real/saved_drawing.h"
+#include "tests/support/program_start.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +34,7 @@ protected:
         const auto save = [&](const std::string& name) {
             return "export-filename:" + desktop->path(name) + ";export-do;";
         };
-        return desktop->start({"env", "VANT_TIMEOUT=" + seconds, find_program("inkscape"),
+        return desktop->start({"env", "VANT_TIMEOUT=" + seconds, support::find_program("inkscape"),
                                "--app-id-tag=batch", "--batch-process",
                                "--actions=" + save("before.svg") + command + ".noprefs;" + save("after.svg"),
                                desktop->path("drawing.svg")},

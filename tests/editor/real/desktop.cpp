@@ -1,5 +1,7 @@
 #include "tests/editor/real/desktop.h"
 
+#include "tests/support/program_start.h"
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -44,7 +46,7 @@ std::string Desktop::missing()
 {
     std::string text;
     for (const auto& [program, package] : kNeeded) {
-        if (find_program(program).empty())
+        if (!support::is_installed(program))
             text +=
                 (text.empty() ? "" : ", ") + std::string(program) + " is missing (Debian: " + package + ")";
     }

@@ -1,5 +1,6 @@
 #include "tests/editor/real/process.h"
 
+#include "tests/support/program_start.h"
 #include "tests/support/temporary_folder.h"
 
 #include <fcntl.h>
@@ -8,46 +9,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
-extern char** environ;
-
 namespace real_editor_test {
-namespace {
-
-std::string name_of(const std::string& entry) { return entry.substr(0, entry.find('=')); }
-
-std::vector<std::string> changed_environment(const std::vector<std::string>& changes)
-{
-    std::vector<std::string> entries;
-    for (char** entry = environ; *entry != nullptr; ++entry) {
-        const bool is_changed = std::any_of(changes.begin(), changes.end(), [&](const std::string& change) {
-            return name_of(*entry) == name_of(change);
-        });
-        if (!is_changed)
-            entries.emplace_back(*entry);
-    }
-    std::copy_if(changes.begin(), changes.end(), std::back_inserter(entries),
-                 [](const std::string& change) { return change.find('=') != change.npos; });
-    return entries;
-}
-
-std::vector<char*> pointers_to(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-} // namespace
 
 void wait_until(const std::string& what, const std::function<bool()>& is_so, std::chrono::seconds limit)
 {
@@ -65,11 +31,11 @@ Process::Process(const std::vector<std::string>& words, const std::vector<std::s
     : name_(words.front()), output_(std::move(output))
 {
     // The kernel ends it when this thread ends, in whatever way.
-    std::vector<std::string> all{"setpriv", "--pdeathsig", "KILL", find_program(words.front())};
+    std::vector<std::string> all{"setpriv", "--pdeathsig", "KILL", support::find_program(words.front())};
     if (all.back().empty())
         throw std::runtime_error(words.front() + " is not installed");
     all.insert(all.end(), words.begin() + 1, words.end());
-    std::vector<std::string> entries = changed_environment(environment);
+    std::vector<std::string> entries = support::changed_environment(environment);
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
     posix_spawn_file_actions_addopen(&files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
@@ -77,8 +43,8 @@ Process::Process(const std::vector<std::string>& words, const std::vector<std::s
                                      0600);
     posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT | O_APPEND,
                                      0600);
-    const int failure = posix_spawnp(&pid_, all.front().c_str(), &files, nullptr, pointers_to(all).data(),
-                                     pointers_to(entries).data());
+    const int failure = posix_spawnp(&pid_, all.front().c_str(), &files, nullptr,
+                                     support::pointers_to(all).data(), support::pointers_to(entries).data());
     posix_spawn_file_actions_destroy(&files);
     if (failure != 0)
         throw std::runtime_error("cannot start " + name_ + ": " + std::strerror(failure));
@@ -112,19 +78,5 @@ int Process::end(std::chrono::seconds limit)
 void Process::send_signal(int number) const { kill(pid_, number); }
 
 std::string Process::output() const { return support::content_of(output_); }
-
-std::string find_program(const std::string& name)
-{
-    const auto is_program = [](const std::string& file) { return access(file.c_str(), X_OK) == 0; };
-    if (name.find('/') != name.npos)
-        return is_program(name) ? name : std::string();
-    const char* const path = std::getenv("PATH");
-    std::istringstream folders(path == nullptr ? "" : path);
-    for (std::string folder; std::getline(folders, folder, ':');) {
-        if (!folder.empty() && is_program(folder + "/" + name))
-            return folder + "/" + name;
-    }
-    return {};
-}
 
 } // namespace real_editor_test

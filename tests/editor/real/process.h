@@ -50,7 +50,4 @@ private:
     int status_ = 0;
 };
 
-// The file of a program in PATH; empty when there is none.
-std::string find_program(const std::string& name);
-
 } // namespace real_editor_test

@@ -1,4 +1,4 @@
-// A picture that the editor exported: a PNG file of 8 bits a channel.
+// A PNG file of 8 bits a channel, pixel by pixel.
 #pragma once
 
 #include <cairo.h>
@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace real_editor_test {
+namespace support {
 
 class Picture {
 public:
@@ -40,6 +40,13 @@ public:
         return most;
     }
 
+    // How much of a pixel is drawn on, of 255: all where the picture has no transparency.
+    int ink(int x, int y) const
+    {
+        const bool has_alpha = cairo_image_surface_get_format(surface_) == CAIRO_FORMAT_ARGB32;
+        return has_alpha ? static_cast<int>(pixel(x, y) >> 24U) : 255;
+    }
+
 private:
     std::uint32_t pixel(int x, int y) const
     {
@@ -51,4 +58,4 @@ private:
     cairo_surface_t* surface_;
 };
 
-} // namespace real_editor_test
+} // namespace support
