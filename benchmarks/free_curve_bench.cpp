@@ -1,7 +1,6 @@
 // Of how many cubics free curves are made, how far off they are, and how long that takes: fit_curve beside
 // lib2geom's fitting, on the same strokes.
 #include "sketch/core/free_curve.h"
-#include "sketch/core/resampling.h"
 
 #include "benchmarks/free_strokes.h"
 #include "benchmarks/support.h"
@@ -96,7 +95,7 @@ Made made_of(const StrokeSet& set, const Competitor& competitor)
     Made made;
     for (const Path& path : set.paths) {
         const Path curve = competitor.fit(path);
-        const Path rounded = with_long_steps_rounded(path, vnt::sketch::kLongFreeStep * kTolerance);
+        const Path rounded = rounded_for_free_curve(path, kTolerance);
         const bench::Deviation off = bench::deviation_of(path, rounded, curve);
         made.cubics.push_back(curve.size() / 4);
         made.all_cubics += curve.size() / 4;

@@ -186,26 +186,69 @@ void print_half(const std::vector<HandDrawing>& drawings, bool for_tuning)
 }
 
 // Strokes of 500 points: what costs most is different in each.
-Ink wave(double turns_x, double turns_y, double drift)
+constexpr int kTimedPoints = 500;
+
+// The place at each share of the points from 0 to 1, of a hand uneven by half a pixel, as a mouse has it.
+template <class PlaceAt>
+Ink timed_stroke(PlaceAt place_at)
 {
-    constexpr int kPoints = 500;
     Seeded seeded(kSeed);
     Ink ink;
-    for (int i = 0; i < kPoints; ++i) {
-        const double t = 2 * vnt::sketch::kPi * i / kPoints;
-        const double x = 400 + 300 * std::cos(turns_x * t) + drift * i + seeded.between(-0.5, 0.5);
-        const double y = 400 + 300 * std::sin(turns_y * t) + seeded.between(-0.5, 0.5);
+    for (int i = 0; i < kTimedPoints; ++i) {
+        const Vec2 place = place_at(static_cast<double>(i) / kTimedPoints);
+        const double x = 400 + place.x + seeded.between(-0.5, 0.5);
+        const double y = 400 + place.y + seeded.between(-0.5, 0.5);
         ink.push_back({std::round(x), std::round(y), 8.0 * i, 1});
     }
     return ink;
 }
 
+Ink wave(double turns_x, double turns_y, double drift, double size = 300)
+{
+    return timed_stroke([&](double share) {
+        const double t = 2 * vnt::sketch::kPi * share;
+        return Vec2{size * std::cos(turns_x * t) + drift * kTimedPoints * share,
+                    size * std::sin(turns_y * t)};
+    });
+}
+
+Ink spiral(double turns, double size)
+{
+    return timed_stroke([&](double share) {
+        return size * share * vnt::sketch::unit_at(2 * vnt::sketch::kPi * turns * share);
+    });
+}
+
+Ink writing(double turns, double size)
+{
+    return timed_stroke([&](double share) {
+        const double t = 2 * vnt::sketch::kPi * turns * share;
+        return Vec2{size * (0.5 * t + std::cos(t)), size * (std::sin(t + 1) + 0.3 * std::sin(2 * t))};
+    });
+}
+
+Ink scrawl(double size)
+{
+    Seeded seeded(kSeed);
+    return timed_stroke([&](double) {
+        const double x = seeded.between(0, size);
+        return Vec2{x, seeded.between(0, size)};
+    });
+}
+
 void print_times()
 {
     const std::vector<std::pair<std::string, Ink>> strokes = {
-        {"a circle",              wave(1, 1,  0)},
-        {"a wave of ten",         wave(0, 10, 2)},
-        {"a scribble over a box", wave(7, 9,  0)},
+        {"a circle", wave(1,                1, 0)},
+        {"a wave of ten",        wave(0,                             10, 2)},
+        {"a line of writing",writing(12,45)},
+        {"a scribble over a box",          wave(7,             9, 0)},
+        {"a scribble over the screen",       wave(7,                                         9, 0, 1200)},
+        {"a scribble beyond all screens",wave(7,   9, 0, 6000)},
+        {"a spiral of thirty",          spiral(30,    300)},
+        {"a spiral of thirty over the screen",         spiral(30,1200)},
+        {"places at random, in a box",          scrawl(60)},
+        {"places at random, over the screen",         scrawl(1000)                          },
     };
     for (const auto& [name, ink] : strokes)
         benchmark::RegisterBenchmark(name.c_str(), [&stroke = ink](benchmark::State& state) {

@@ -3,6 +3,7 @@
 #include "sketch/core/curve_fit.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace vnt::sketch {
 namespace {
@@ -18,12 +19,89 @@ constexpr double kShortestArm = 0.01;
 // tolerance.
 constexpr double kPieceArm = 1.0;
 
-// The four weights of a cubic's points at t.
-std::array<double, 4> weights_at(double t)
+// A stretch of a cubic is looked at in halves of halves, up to so many times. Its hull's points are then
+// nearer to it by a factor of 4 each time; what still lies across the limit counts as outside.
+constexpr int kHalvings = 6;
+
+// Two numbers at once, of two points next to each other. Each operation gives the bits that it gives one by
+// one: the compiler's vectors have no arithmetic of their own.
+using Two = double __attribute__((vector_size(16)));
+
+Two two_of(const double* numbers)
 {
-    const double s = 1 - t;
-    return {s * s * s, 3 * s * s * t, 3 * s * t * t, t * t * t};
+    Two two;
+    std::memcpy(&two, numbers, sizeof two);
+    return two;
 }
+
+void put(const Two& two, double* numbers) { std::memcpy(numbers, &two, sizeof two); }
+
+double both(const Two& two) { return two[0] + two[1]; }
+
+// Places or directions.
+struct TwoPlaces {
+    Two x, y;
+};
+
+TwoPlaces two_from(Vec2 start, const Vec2* points)
+{
+    return {
+        Two{points[0].x, points[1].x}
+        - start.x, Two{points[0].y, points[1].y}
+        - start.y
+    };
+}
+
+// A place that moves with a parameter t: ((a t + b) t + c) t, and how it moves.
+struct Polynomial {
+    Vec2 a, b, c;
+
+    TwoPlaces at(const Two& t) const
+    {
+        return {((a.x * t + b.x) * t + c.x) * t, ((a.y * t + b.y) * t + c.y) * t};
+    }
+    TwoPlaces first_derivative(const Two& t) const
+    {
+        return {(3 * a.x * t + 2 * b.x) * t + c.x, (3 * a.y * t + 2 * b.y) * t + c.y};
+    }
+    TwoPlaces second_derivative(const Two& t) const { return {6 * a.x * t + 2 * b.x, 6 * a.y * t + 2 * b.y}; }
+};
+
+Two dot(const TwoPlaces& a, const TwoPlaces& b) { return a.x * b.x + a.y * b.y; }
+
+// The sums of every other point, and of the others.
+struct TwoSums {
+    Two w11{}, w12{}, w22{}, x1{}, y1{}, x2{}, y2{};
+
+    // off: from the run's start.
+    void add(const Two& t, const TwoPlaces& off, Vec2 chord)
+    {
+        const Two s = 1.0 - t;
+        const Two w = 3.0 * s * t;
+        const Two w1 = w * s;
+        const Two w2 = w * t;
+        const Two x = off.x - t * chord.x;
+        const Two y = off.y - t * chord.y;
+        w11 += w1 * w1;
+        w12 += w1 * w2;
+        w22 += w2 * w2;
+        x1 += w1 * x;
+        y1 += w1 * y;
+        x2 += w2 * x;
+        y2 += w2 * y;
+    }
+
+    ControlSums all() const
+    {
+        return {
+            both(w11), both(w12), both(w22), {both(x1), both(y1)},
+               {both(x2), both(y2)}
+        };
+    }
+};
+
+// The run's inner points are taken two at a time, from here: its start says nothing, and makes them even.
+std::size_t first_of_pairs(const Run& run) { return run.last % 2 == 0 ? 0 : 1; }
 
 // A control that only its arm's length moves: from the foot along the direction, or nowhere along none.
 struct Arm {
@@ -33,28 +111,16 @@ struct Arm {
     Vec2 end(double size) const { return foot + size * direction; }
 };
 
-// What the points say of the controls' distances from the chord's thirds: the sums of least squares.
-struct Sums {
-    Vec2 third, other; // the chord's thirds
-    double w11 = kHold, w12 = 0, w22 = kHold;
-    Vec2 r1, r2;
+// The chord's thirds, and the sums with the weight that holds the controls there.
+struct Sums : ControlSums {
+    Vec2 third, other;
 
-    Sums(const Vec2* points, const std::vector<double>& parameters)
+    Sums(const Run& run, const ControlSums& sums)
+        : ControlSums(sums), third(run.start() + (1.0 / 3) * run.chord()),
+          other(run.start() + (2.0 / 3) * run.chord())
     {
-        const std::size_t last = parameters.size() - 1;
-        const Vec2 start = points[0];
-        const Vec2 end = points[last];
-        third = start + (1.0 / 3) * (end - start);
-        other = start + (2.0 / 3) * (end - start);
-        for (std::size_t i = 1; i < last; ++i) {
-            const auto w = weights_at(parameters[i]);
-            const Vec2 off = points[i] - (w[0] * start + w[1] * third + w[2] * other + w[3] * end);
-            w11 += w[1] * w[1];
-            w12 += w[1] * w[2];
-            w22 += w[2] * w[2];
-            r1 = r1 + w[1] * off;
-            r2 = r2 + w[2] * off;
-        }
+        w11 += kHold;
+        w22 += kHold;
     }
 };
 
@@ -113,30 +179,81 @@ struct Legs {
     explicit Legs(const Cubic& cubic) : a(cubic[1] - cubic[0]), b(cubic[2] - cubic[1]), c(cubic[3] - cubic[2])
     {
     }
+
+    Vec2 third_of_slope(double t) const
+    {
+        const double s = 1 - t;
+        return (s * s) * a + (2 * s * t) * b + (t * t) * c;
+    }
 };
 
-// Where between from and to the cubic runs neither towards nor away from the direction: up to two places.
-std::array<double, 2> turning_places(const Legs& legs, Vec2 direction, double from, double to)
+// The cubic from its start.
+Polynomial polynomial_of(const Cubic& cubic)
 {
-    const double a = dot(legs.a, direction);
-    const double b = dot(legs.b, direction);
-    const double c = dot(legs.c, direction);
-    // a + 2 (b - a) t + (a - 2 b + c) t², without loss of digits.
-    const double square = a - 2 * b + c;
-    const double half = b - a;
-    const double root = std::sqrt(std::max(0.0, half * half - square * a));
-    const double q = -(half + (half < 0 ? -root : root));
-    const auto within = [&](double t) { return t > from && t < to ? t : from; }; // from for NaN
-    return {within(q / square), within(a / q)};
+    const Legs legs(cubic);
+    return {legs.a - 2.0 * legs.b + legs.c, 3.0 * (legs.b - legs.a), 3.0 * legs.a};
 }
+
+// From one parameter to another, as a cubic of its own.
+Cubic stretch_of(const Cubic& cubic, const Legs& legs, double from, double to)
+{
+    const Vec2 start = point_of_cubic(cubic.data(), from);
+    const Vec2 end = point_of_cubic(cubic.data(), to);
+    return {start, start + (to - from) * legs.third_of_slope(from),
+            end - (to - from) * legs.third_of_slope(to), end};
+}
+
+// A straight piece with all that is not further from it than a distance.
+struct Lane {
+    Vec2 start, end;
+    double square; // of the distance
+
+    bool has(Vec2 p) const
+    {
+        const Vec2 along = end - start;
+        const Vec2 off = p - start;
+        const double share = dot(off, along);
+        const double whole = dot(along, along);
+        if (share <= 0)
+            return dot(off, off) <= square;
+        if (share >= whole)
+            return dot(p - end, p - end) <= square;
+        const double across = cross(along, off);
+        return across * across <= square * whole;
+    }
+
+    // Of a cubic whose ends are in the lane. It has no bays: a cubic is in it when its hull's points are.
+    bool has_between(const Cubic& cubic, int halvings) const
+    {
+        if (has(cubic[1]) && has(cubic[2]))
+            return true;
+        const Vec2 leg = middle(cubic[1], cubic[2]);
+        const Vec2 first = middle(cubic[0], cubic[1]);
+        const Vec2 last = middle(cubic[2], cubic[3]);
+        const Vec2 before = middle(first, leg);
+        const Vec2 behind = middle(leg, last);
+        const Vec2 at = middle(before, behind);
+        return halvings > 0 && has(at) && has_between({cubic[0], first, before, at}, halvings - 1) &&
+               has_between({at, behind, last, cubic[3]}, halvings - 1);
+    }
+};
 
 } // namespace
 
-Cubic nearest_cubic(const Vec2* points, const std::vector<double>& parameters, const Headings& headings)
+ControlSums control_sums(const Run& run, const std::vector<double>& parameters)
 {
-    const Sums sums(points, parameters);
-    const Vec2 start = points[0];
-    const Vec2 end = points[parameters.size() - 1];
+    const Vec2 chord = run.chord();
+    TwoSums sums;
+    for (std::size_t i = first_of_pairs(run); i < run.last; i += 2)
+        sums.add(two_of(&parameters[i]), two_from(run.start(), &run.points[i]), chord);
+    return sums.all();
+}
+
+Cubic nearest_cubic(const Run& run, const ControlSums& said, const Headings& headings)
+{
+    const Sums sums(run, said);
+    const Vec2 start = run.start();
+    const Vec2 end = run.points[run.last];
     if (!headings.at_start && !headings.at_end)
         return nearest_free(sums, start, end);
     const double shortest = kShortestArm * distance(start, end);
@@ -165,55 +282,58 @@ Cubic cubic_along_piece(Vec2 start, Vec2 end, const Headings& headings, double t
             headings.at_end ? end - arm * *headings.at_end : start + (2.0 / 3) * (end - start), end};
 }
 
-void step_parameters(const Cubic& cubic, const Vec2* points, std::vector<double>& parameters)
+void take_step(const Run& run, const Cubic& cubic, const std::vector<double>& parameters, Step& step)
 {
-    const Legs legs(cubic);
-    for (std::size_t i = 1; i + 1 < parameters.size(); ++i) {
-        const double t = parameters[i];
-        const double s = 1 - t;
-        const Vec2 off = point_of_cubic(cubic.data(), t) - points[i];
-        const Vec2 first = (3 * s * s) * legs.a + (6 * s * t) * legs.b + (3 * t * t) * legs.c;
-        const Vec2 second = (6 * s) * (legs.b - legs.a) + (6 * t) * (legs.c - legs.b);
-        const double slope = dot(first, first) + dot(off, second);
-        if (slope > 0)
-            parameters[i] = std::clamp(t - dot(off, first) / slope, 0.0, 1.0);
+    step.squares.resize(parameters.size());
+    step.parameters.resize(parameters.size());
+    const Vec2 start = run.start();
+    const Vec2 chord = run.chord();
+    const Polynomial place = polynomial_of(cubic);
+    const Two zero{0, 0};
+    const Two one{1, 1};
+    Two largest{};
+    Two all{};
+    TwoSums sums;
+    for (std::size_t i = first_of_pairs(run); i < run.last; i += 2) {
+        const Two t = two_of(&parameters[i]);
+        const TwoPlaces point = two_from(start, &run.points[i]);
+        const TwoPlaces at = place.at(t);
+        const TwoPlaces off{at.x - point.x, at.y - point.y};
+        const Two square = dot(off, off);
+        put(square, &step.squares[i]);
+        largest = square > largest ? square : largest;
+        all += square;
+        const TwoPlaces first = place.first_derivative(t);
+        const Two slope = dot(first, first) + dot(off, place.second_derivative(t));
+        Two next = slope > zero ? t - dot(off, first) / slope : t;
+        next = next > zero ? next : zero;
+        next = next < one ? next : one;
+        put(next, &step.parameters[i]);
+        sums.add(next, point, chord);
     }
+    step.squares.front() = step.squares.back() = 0;
+    step.parameters.front() = 0;
+    step.parameters.back() = 1;
+    step.largest_square = std::max(largest[0], largest[1]);
+    step.is_number = both(all) >= 0; // a sum of squares is, or NaN
+    step.sums = sums.all();
 }
 
-double distances_at(const Cubic& cubic, const Vec2* points, const std::vector<double>& parameters,
-                    std::vector<double>& offs)
-{
-    offs.assign(parameters.size(), 0);
-    double largest = 0;
-    for (std::size_t i = 1; i + 1 < parameters.size(); ++i) {
-        const Vec2 off = point_of_cubic(cubic.data(), parameters[i]) - points[i];
-        offs[i] = std::sqrt(dot(off, off));
-        // Not std::max: NaN has to stay.
-        if (!(offs[i] <= largest))
-            largest = offs[i];
-    }
-    return largest;
-}
-
-bool is_along_pieces(const Cubic& cubic, const Vec2* points, const std::vector<double>& parameters,
-                     const std::vector<double>& offs, double tolerance)
+bool is_along_pieces(const Run& run, const Cubic& cubic, const std::vector<double>& parameters,
+                     const std::vector<double>& squares, double tolerance)
 {
     const Legs legs(cubic);
     // Off its own chord a stretch of the cubic is by its parameter's step squared times this, at most.
     const double bend = 0.75 * std::max(length(legs.b - legs.a), length(legs.c - legs.b));
-    for (std::size_t i = 1; i < parameters.size(); ++i) {
-        const auto [from, to] = std::minmax({parameters[i - 1], parameters[i]});
-        if (std::max(offs[i - 1], offs[i]) + (to - from) * (to - from) * bend <= tolerance)
+    for (std::size_t i = 1; i <= run.last; ++i) {
+        const double step = parameters[i] - parameters[i - 1];
+        const double left = tolerance - step * step * bend;
+        if (left >= 0 && std::max(squares[i - 1], squares[i]) <= left * left)
             continue;
-        // Furthest off it is where it turns back across, or along beyond an end.
-        const Vec2 along = points[i] - points[i - 1];
-        const auto across = turning_places(legs, turned_a_quarter(along), from, to);
-        const auto beyond = turning_places(legs, along, from, to);
-        for (const double t : {across[0], across[1], beyond[0], beyond[1]}) {
-            const Vec2 place = point_of_cubic(cubic.data(), t);
-            if (!(distance_from_piece(place, points[i - 1], points[i]) <= tolerance))
-                return false;
-        }
+        const Lane lane{run.points[i - 1], run.points[i], tolerance * tolerance};
+        const Cubic stretch = stretch_of(cubic, legs, parameters[i - 1], parameters[i]);
+        if (!lane.has(stretch[0]) || !lane.has(stretch[3]) || !lane.has_between(stretch, kHalvings))
+            return false;
     }
     return true;
 }

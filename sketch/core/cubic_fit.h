@@ -21,28 +21,49 @@ struct Headings {
     std::optional<Vec2> at_end;
 };
 
+// Points from the first to the last, which are two at least.
+struct Run {
+    const Vec2* points;
+    std::size_t last;
+
+    Vec2 start() const { return points[0]; }
+    Vec2 chord() const { return points[last] - points[0]; }
+};
+
+// What a run says of a cubic's controls: the sums of least squares over their distances from the chord's
+// thirds. With both there the cubic runs along its chord evenly.
+struct ControlSums {
+    double w11 = 0, w12 = 0, w22 = 0; // of the controls' weights
+    Vec2 r1, r2;                      // of the points' distances from the chord, times the controls' weights
+};
+ControlSums control_sums(const Run& run, const std::vector<double>& parameters);
+
 // The cubic from the first to the last point whose other points lie nearest to it at their parameters.
 //
 // Source: least squares over the controls, P. J. Schneider, An Algorithm for Automatically Fitting Digitized
 //         Curves (Graphics Gems, 1990); along a heading the unknown is the arm's length.
-Cubic nearest_cubic(const Vec2* points, const std::vector<double>& parameters, const Headings& headings);
+Cubic nearest_cubic(const Run& run, const ControlSums& sums, const Headings& headings);
 
 // From one point to the next, with these headings, nowhere further than tolerance from the straight piece.
 Cubic cubic_along_piece(Vec2 start, Vec2 end, const Headings& headings, double tolerance);
 
-// Newton's step of each parameter towards the foot of its point.
-void step_parameters(const Cubic& cubic, const Vec2* points, std::vector<double>& parameters);
-
-// The points' distances at their parameters; offs is overwritten. Returns the largest.
-double distances_at(const Cubic& cubic, const Vec2* points, const std::vector<double>& parameters,
-                    std::vector<double>& offs);
+// How far a cubic is off its points, and Newton's step of each parameter towards the foot of its point.
+struct Step {
+    double largest_square = 0;      // of the points' distances at their parameters
+    bool is_number = true;          // all distances are
+    std::vector<double> squares;    // of the distances
+    std::vector<double> parameters; // the next ones
+    ControlSums sums;               // at these
+};
+// Overwrites step, which keeps its memory.
+void take_step(const Run& run, const Cubic& cubic, const std::vector<double>& parameters, Step& step);
 
 // Whether between each two points' parameters all of the cubic is within tolerance of the straight piece
 // between them. Since it gets from near the one to near the other, all of the piece is then near to it as
 // well.
 //
-// offs: of distances_at.
-bool is_along_pieces(const Cubic& cubic, const Vec2* points, const std::vector<double>& parameters,
-                     const std::vector<double>& offs, double tolerance);
+// squares: of the points' distances at their parameters.
+bool is_along_pieces(const Run& run, const Cubic& cubic, const std::vector<double>& parameters,
+                     const std::vector<double>& squares, double tolerance);
 
 } // namespace vnt::sketch

@@ -8,12 +8,15 @@
 namespace vnt::sketch {
 namespace {
 
-constexpr int kMostSteps = 4; // of Newton on the parameters; later ones gain next to nothing
+constexpr int kMostSteps = 12; // of Newton on the parameters; more of them cost more than they gain
 
 // Times the tolerance; what is further off than this at first does not come right by new parameters.
 constexpr double kHopeless = 6;
 
 constexpr std::size_t kFirstRun = 8; // points, for lack of a segment before
+
+// Of a run's parameters for a part of it: a smaller part has too little of the digits.
+constexpr double kMostScale = 1e9;
 
 // The direction in which a segment leaves its end.
 std::optional<Vec2> heading_out(const Cubic& cubic)
@@ -22,14 +25,20 @@ std::optional<Vec2> heading_out(const Cubic& cubic)
     return out == Vec2{} ? std::nullopt : std::optional(out);
 }
 
+// The distances along a path to its points.
+std::vector<double> distances_along(const Path& path)
+{
+    std::vector<double> along(path.size(), 0);
+    for (std::size_t i = 1; i < path.size(); ++i)
+        along[i] = along[i - 1] + distance(path[i - 1], path[i]);
+    return along;
+}
+
 class Fitter {
 public:
-    Fitter(const Path& path, double tolerance) : path_(path), tolerance_(tolerance)
+    Fitter(const Path& path, double tolerance)
+        : path_(path), tolerance_(tolerance), along_(distances_along(path))
     {
-        along_.reserve(path.size());
-        along_.push_back(0);
-        for (std::size_t i = 1; i < path.size(); ++i)
-            along_.push_back(along_.back() + distance(path[i - 1], path[i]));
     }
 
     // Appends segments from one sharp place to the next, or between places with given headings.
@@ -50,6 +59,7 @@ public:
         const auto up_to = [&](std::size_t to) {
             return Headings{headings.at_start, to == last ? headings.at_end : std::nullopt};
         };
+        parameters_.clear(); // those of another run
         end = first + 1;
         Cubic best = cubic_along_piece(path_[first], path_[end], up_to(end), tolerance_);
         std::size_t too_far = last + 1;
@@ -71,33 +81,66 @@ public:
     }
 
 private:
+    // By the way along the path.
     void spread_parameters(std::size_t first, std::size_t last)
     {
         const double whole = along_[last] - along_[first];
         const auto steps = static_cast<double>(last - first);
-        parameters_.clear();
+        parameters_.resize(last - first + 1);
         for (std::size_t i = first; i <= last; ++i) // steps lost in a long path's sum count evenly
-            parameters_.push_back(whole > 0 ? (along_[i] - along_[first]) / whole
-                                            : static_cast<double>(i - first) / steps);
+            parameters_[i - first] =
+                whole > 0 ? (along_[i] - along_[first]) / whole : static_cast<double>(i - first) / steps;
+    }
+
+    // From the parameters of the run from first that was tried last, whether that came right or not: they are
+    // as good a beginning as a step or two. Beyond its end they go on as in its second half. False: they say
+    // nothing.
+    bool carry_parameters(std::size_t first, std::size_t last)
+    {
+        if (parameters_.empty())
+            return false;
+        const std::size_t known = parameters_.size() - 1;
+        const std::size_t half = known / 2;
+        const double pace = (1 - parameters_[half]) / (along_[first + known] - along_[first + half]);
+        const auto beyond = [&](std::size_t to) {
+            return 1 + pace * (along_[first + to] - along_[first + known]);
+        };
+        const std::size_t count = last - first;
+        const double scale = 1 / (count > known ? beyond(count) : parameters_[count]);
+        if (!(scale > 0 && scale < kMostScale))
+            return false;
+        parameters_.resize(count + 1);
+        for (std::size_t i = known + 1; i < count; ++i)
+            parameters_[i] = beyond(i);
+        for (std::size_t i = 1; i < count; ++i)
+            parameters_[i] = std::min(scale * parameters_[i], 1.0);
+        parameters_[count] = 1;
+        return true;
     }
 
     std::optional<Cubic> within_tolerance(std::size_t first, std::size_t last, const Headings& headings)
     {
-        const Vec2* points = &path_[first];
-        spread_parameters(first, last);
-        Cubic cubic = nearest_cubic(points, parameters_, headings);
+        if (!carry_parameters(first, last))
+            spread_parameters(first, last);
+        const Run run{&path_[first], last - first};
+        Cubic cubic = nearest_cubic(run, control_sums(run, parameters_), headings);
         double before = kHopeless * tolerance_;
         for (int i = 0;; ++i) {
-            const double off = distances_at(cubic, points, parameters_, offs_);
-            if (off <= tolerance_ && is_along_pieces(cubic, points, parameters_, offs_, tolerance_))
-                return cubic;
+            take_step(run, cubic, parameters_, step_);
+            const double off = std::sqrt(step_.largest_square);
+            if (!step_.is_number || !(off <= kHopeless * tolerance_))
+                return std::nullopt;
+            if (off <= tolerance_) {
+                // What leaves the pieces between near points does so for the lack of points.
+                const bool is_near = is_along_pieces(run, cubic, parameters_, step_.squares, tolerance_);
+                return is_near ? std::optional(cubic) : std::nullopt;
+            }
             // What one step gained, the next ones will not exceed.
-            const bool is_late = i > 0 && off - (kMostSteps - i) * (before - off) > tolerance_;
-            if (i == kMostSteps || !(off <= kHopeless * tolerance_) || is_late)
+            if (i == kMostSteps || (i > 0 && off - (kMostSteps - i) * (before - off) > tolerance_))
                 return std::nullopt;
             before = off;
-            step_parameters(cubic, points, parameters_);
-            cubic = nearest_cubic(points, parameters_, headings);
+            parameters_.swap(step_.parameters);
+            cubic = nearest_cubic(run, step_.sums, headings);
         }
     }
 
@@ -105,7 +148,7 @@ private:
     double tolerance_;
     std::vector<double> along_;
     std::vector<double> parameters_;
-    std::vector<double> offs_;
+    Step step_;
     std::size_t usual_ = kFirstRun;
 };
 
@@ -132,15 +175,8 @@ Course course_of(const Path& path, const std::vector<std::size_t>& sharp)
     return course;
 }
 
-void turn_back(Course& course)
-{
-    std::reverse(course.path.begin(), course.path.end());
-    for (std::size_t& place : course.sharp)
-        place = course.path.size() - 1 - place;
-    std::reverse(course.sharp.begin(), course.sharp.end());
-}
-
-Path fit_onward(const Course& course, double tolerance, const Headings& headings)
+// headings: of a course without sharp places.
+Path fit_course(const Course& course, double tolerance, const Headings& headings = {})
 {
     Path curve;
     Fitter fitter(course.path, tolerance);
@@ -151,21 +187,6 @@ Path fit_onward(const Course& course, double tolerance, const Headings& headings
     }
     fitter.fit(first, course.path.size() - 1, headings, curve);
     return curve;
-}
-
-// headings: of a course without sharp places.
-Path fit_both_ways(Course course, double tolerance, const Headings& headings = {})
-{
-    const Path onward = fit_onward(course, tolerance, headings);
-    turn_back(course);
-    const auto back = [](const std::optional<Vec2>& heading) {
-        return heading ? std::optional(-*heading) : std::nullopt;
-    };
-    Path backward = fit_onward(course, tolerance, {back(headings.at_end), back(headings.at_start)});
-    if (onward.size() <= backward.size())
-        return onward;
-    std::reverse(backward.begin(), backward.end());
-    return backward;
 }
 
 // A smooth closed course begins where its first segment ended when it was begun anywhere, with the direction
@@ -181,7 +202,7 @@ Path fit_ring(Course course, double tolerance)
     std::rotate(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(end), path.end());
     path.push_back(path.front());
     const std::optional<Vec2> heading = heading_out(cubic);
-    return fit_both_ways(std::move(course), tolerance, {heading, heading});
+    return fit_course(course, tolerance, {heading, heading});
 }
 
 } // namespace
@@ -191,7 +212,7 @@ Path fit_curve(const Path& path, double tolerance, const std::vector<std::size_t
     Course course = course_of(path, sharp);
     if (course.path.size() < 2)
         return course.path.empty() ? Path{} : Path(4, course.path.front());
-    return fit_both_ways(std::move(course), tolerance);
+    return fit_course(course, tolerance);
 }
 
 Path fit_closed_curve(const Path& path, double tolerance, const std::vector<std::size_t>& sharp)
@@ -209,7 +230,7 @@ Path fit_closed_curve(const Path& path, double tolerance, const std::vector<std:
     if (course.path.size() < 2)
         return course.path.empty() ? Path{} : Path(4, course.path.front());
     const bool is_smooth = sharp.empty() && course.path.size() > 3; // there and back is none
-    return is_smooth ? fit_ring(std::move(course), tolerance) : fit_both_ways(std::move(course), tolerance);
+    return is_smooth ? fit_ring(std::move(course), tolerance) : fit_course(course, tolerance);
 }
 
 } // namespace vnt::sketch

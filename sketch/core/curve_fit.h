@@ -21,7 +21,7 @@ namespace vnt::sketch {
 // Accuracy:  no place of the path, its straight pieces between the points among them, is further than
 //            tolerance from the curve, and no place of the curve from the path.
 // Source:    each segment as cubic_fit.h has it, but taken as far along the path as it will go; it leaves its
-//            own direction to the next one, which makes fewer of them. From both ends; the fewer are taken.
+//            own direction to the next one, which makes fewer of them.
 Path fit_curve(const Path& path, double tolerance, const std::vector<std::size_t>& sharp = {});
 
 // The curve along the closed path, which goes on from its last point to its first one: it ends where it

@@ -79,11 +79,45 @@ std::optional<Ellipse> ellipse_of(const Conic& conic)
     return ellipse;
 }
 
+// The ellipse's own frame, for looking at many points.
+class Frame {
+public:
+    explicit Frame(const Ellipse& ellipse)
+        : ellipse_(ellipse), along_(unit_at(ellipse.rotation)), across_(turned_a_quarter(along_))
+    {
+    }
+
+    Vec2 along() const { return along_; }
+    Vec2 across() const { return across_; }
+
+    // In half axes: where the ellipse is the unit circle.
+    Vec2 scaled(Vec2 p) const
+    {
+        return {dot(p - ellipse_.centre, along_) / ellipse_.major,
+                dot(p - ellipse_.centre, across_) / ellipse_.minor};
+    }
+
+    // See Ellipse::distance_of; scaled is at this distance from the centre.
+    double distance_of(Vec2 scaled, double radius) const
+    {
+        // F = √(u² + v²) - 1: nearer to the distance than u² + v² - 1, and exact for a circle.
+        const double slope = length({scaled.x / ellipse_.major, scaled.y / ellipse_.minor});
+        return slope > 0 ? (radius - 1) * radius / slope : -ellipse_.minor;
+    }
+
+private:
+    Ellipse ellipse_;
+    Vec2 along_;
+    Vec2 across_;
+};
+
 double square_sum(const Ellipse& ellipse, const Path& points)
 {
+    const Frame frame(ellipse);
     double sum = 0;
     for (const Vec2 p : points) {
-        const double off = ellipse.distance_of(p);
+        const Vec2 scaled = frame.scaled(p);
+        const double off = frame.distance_of(scaled, length(scaled));
         sum += off * off;
     }
     return sum;
@@ -97,18 +131,20 @@ std::optional<Ellipse> stepped(const Ellipse& ellipse, const Path& points)
 {
     Eigen::Matrix<double, 5, 5> normal = Eigen::Matrix<double, 5, 5>::Zero();
     Parameters right = Parameters::Zero();
-    const Vec2 along = unit_at(ellipse.rotation);
-    const Vec2 across = turned_a_quarter(along);
+    const Frame frame(ellipse);
+    const Vec2 along = frame.along();
+    const Vec2 across = frame.across();
     for (const Vec2 p : points) {
-        const double t = ellipse.parameter_of(p);
-        const double cosine = std::cos(t);
-        const double sine = std::sin(t);
+        const Vec2 scaled = frame.scaled(p);
+        const double radius = length(scaled);
+        const double cosine = radius > 0 ? scaled.x / radius : 1;
+        const double sine = radius > 0 ? scaled.y / radius : 0;
         const Vec2 out = unit((ellipse.minor * cosine) * along + (ellipse.major * sine) * across);
         const Vec2 spun = (ellipse.major * cosine) * across - (ellipse.minor * sine) * along;
         Parameters row;
         row << out.x, out.y, cosine * dot(along, out), sine * dot(across, out), dot(spun, out);
         normal += row * row.transpose();
-        right += row * ellipse.distance_of(p);
+        right += row * frame.distance_of(scaled, radius);
     }
     normal.diagonal().array() += 1e-12 * normal.trace(); // of a circle the rotation is free
     const Parameters step = normal.ldlt().solve(right);
@@ -147,20 +183,15 @@ Vec2 Ellipse::at(double parameter) const
 
 double Ellipse::parameter_of(Vec2 p) const
 {
-    const Vec2 along = unit_at(rotation);
-    return std::atan2(dot(p - centre, turned_a_quarter(along)) / minor, dot(p - centre, along) / major);
+    const Vec2 scaled = Frame(*this).scaled(p);
+    return std::atan2(scaled.y, scaled.x);
 }
 
 double Ellipse::distance_of(Vec2 p) const
 {
-    // F = √(u² + v²) - 1 with u and v in half axes: nearer to the distance than u² + v² - 1, and exact for a
-    // circle.
-    const Vec2 along = unit_at(rotation);
-    const double u = dot(p - centre, along) / major;
-    const double v = dot(p - centre, turned_a_quarter(along)) / minor;
-    const double r = std::hypot(u, v);
-    const double slope = std::hypot(u / major, v / minor);
-    return slope > 0 ? (r - 1) * r / slope : -minor;
+    const Frame frame(*this);
+    const Vec2 scaled = frame.scaled(p);
+    return frame.distance_of(scaled, length(scaled));
 }
 
 std::optional<EllipseFit> fit_ellipse(const Path& points)

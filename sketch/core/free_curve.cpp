@@ -12,6 +12,13 @@ namespace {
 // as ends may be from one another and still are meant to meet.
 constexpr double kLongestTail = 0.05;
 
+// Tolerances; between points that are no further apart a curve as sharp as a hand's is off the straight piece
+// by one at most: a turn of 1 over a step of 8 has a height of 1.
+constexpr double kLongFreeStep = 8;
+
+// Tolerances, from the curve of a rounded step to its chords.
+constexpr double kFreeFlatness = 0.1;
+
 bool is_closed(const Signs& signs)
 {
     // A chain's ends are joined where a curve's are.
@@ -38,9 +45,14 @@ std::vector<std::size_t> found_again(const Path& path, const std::vector<std::si
 
 } // namespace
 
+Path rounded_for_free_curve(const Path& path, double tolerance)
+{
+    return with_long_steps_rounded(path, kLongFreeStep * tolerance, kFreeFlatness * tolerance);
+}
+
 Path free_curve_along(const Path& path, double tolerance)
 {
-    const Path rounded = with_long_steps_rounded(path, kLongFreeStep * tolerance);
+    const Path rounded = rounded_for_free_curve(path, tolerance);
     return fit_curve(rounded, tolerance, found_again(path, find_corners(path), rounded));
 }
 
@@ -58,7 +70,7 @@ Curve free_curve_of(const Signs& signs, double tolerance)
     Path loop = with_ends_met(signs.path, signs.body.closing);
     const std::vector<std::size_t> corners = find_closed_corners(loop);
     loop.push_back(loop.front());
-    Path rounded = with_long_steps_rounded(loop, kLongFreeStep * tolerance);
+    Path rounded = rounded_for_free_curve(loop, tolerance);
     const std::vector<std::size_t> sharp = found_again(loop, corners, rounded);
     rounded.pop_back();
     return {fit_closed_curve(rounded, tolerance, sharp), true};

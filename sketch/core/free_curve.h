@@ -9,9 +9,8 @@
 
 namespace vnt::sketch {
 
-// Tolerances; between points that are no further apart a curve as sharp as a hand's is off the straight piece
-// by one at most: a turn of 1 over a step of 8 has a height of 1.
-constexpr double kLongFreeStep = 8;
+// The path that a free curve within tolerance is fitted to: long steps rounded, as finely as the tolerance asks.
+Path rounded_for_free_curve(const Path& path, double tolerance);
 
 // The open curve along a clean path, within tolerance of it, long steps rounded.
 Path free_curve_along(const Path& path, double tolerance);

@@ -29,6 +29,10 @@ constexpr double kGoesOn = 25 * kPi / 180;
 // back again on a line is no side.
 constexpr double kDetour = 0.25;
 
+// Of the points' squared extents: by so little a longer run may come out cheaper than a shorter one, as sums are
+// rounded.
+constexpr double kRounded = 1e-12;
+
 // The lines through any run of points, each in the same short time.
 class Runs {
 public:
@@ -109,10 +113,11 @@ Chain closed_chain(const Path& points, const Runs& runs, std::vector<std::size_t
 // sides meet.
 class ClosedSearch {
 public:
-    // costs: of the run from a point to another, a row for each to; twice around, so that a run may go
-    //        through
-    // the first point.
-    ClosedSearch(const std::vector<double>& costs, std::size_t n, std::size_t start, std::size_t most_sides)
+    // costs: of the run from a point to another, a row for each to; twice around, so that a run may go through
+    //        the first point.
+    // slack: by so much a longer run may cost less than a shorter one to the same point.
+    ClosedSearch(const std::vector<double>& costs, std::size_t n, double slack, std::size_t start,
+                 std::size_t most_sides)
         : n_(n), start_(start), from_((most_sides + 1) * (n + 1), 0)
     {
         std::vector<double> before(n + 1, kInfinity), now(n + 1);
@@ -121,13 +126,18 @@ public:
             std::fill(now.begin(), now.end(), kInfinity);
             for (std::size_t end = sides; end <= n; ++end) {
                 const double* cost_from = &costs[(start + end) % n * (2 * n) + start];
-                for (std::size_t middle = sides - 1; middle < end; ++middle) {
+                double least = kInfinity;
+                std::size_t from = 0;
+                // The longer the last side the dearer: beyond the best chain so far none is better.
+                for (std::size_t middle = end; middle-- > sides - 1 && cost_from[middle] <= least + slack;) {
                     const double cost = before[middle] + cost_from[middle];
-                    if (cost < now[end]) {
-                        now[end] = cost;
-                        from_[sides * (n + 1) + end] = middle;
+                    if (cost <= least) {
+                        least = cost;
+                        from = middle;
                     }
                 }
+                now[end] = least;
+                from_[sides * (n + 1) + end] = from;
             }
             totals_.push_back(now[n]);
             before.swap(now);
@@ -178,14 +188,16 @@ std::vector<Chain> fit_closed_chains(const Path& points, std::size_t most_sides)
             cost_from[0] = cost_from[n] = runs.run(first, first + steps).square_sum();
         }
     }
-    const ClosedSearch once(costs, n, furthest_from_the_middle(points), most_sides);
+    const double extent = extent_of(points);
+    const double slack = kRounded * extent * extent * static_cast<double>(n);
+    const ClosedSearch once(costs, n, slack, furthest_from_the_middle(points), most_sides);
     std::vector<Chain> chains;
     for (std::size_t sides = 3; sides <= most_sides; ++sides) {
         // A corner must lie where the search starts. Again from the middle of what was found, which is more
         // surely one.
         std::vector<std::size_t> meetings = once.meetings(sides);
         double total = once.total(sides);
-        const ClosedSearch again(costs, n, meetings[meetings.size() / 2] % n, sides);
+        const ClosedSearch again(costs, n, slack, meetings[meetings.size() / 2] % n, sides);
         if (again.total(sides) < total) {
             meetings = again.meetings(sides);
             total = again.total(sides);
@@ -205,13 +217,17 @@ Chain fit_open_chain(const Path& points, double price)
     std::vector<std::size_t> from(n, 0);
     best[0] = 0;
     const double step = path_length(points) / static_cast<double>(n - 1);
+    const double extent = extent_of(points);
+    const double slack = kRounded * extent * extent * static_cast<double>(n);
     for (std::size_t end = 1; end < n; ++end) {
-        for (std::size_t start = 0; start < end; ++start) {
+        for (std::size_t start = end; start-- > 0;) {
+            const double off = runs.run(start, end).square_sum();
+            if (off + price > best[end] + slack)
+                break; // the longer the last side the dearer: none of the rest is better
             const auto steps = static_cast<double>(end - start);
             const double detour = kDetour * (steps * step - distance(points[start], points[end]));
-            const double cost =
-                best[start] + runs.run(start, end).square_sum() + steps * detour * detour + price;
-            if (cost < best[end]) {
+            const double cost = best[start] + off + steps * detour * detour + price;
+            if (cost <= best[end]) {
                 best[end] = cost;
                 from[end] = start;
             }

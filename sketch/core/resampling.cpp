@@ -18,13 +18,13 @@ constexpr std::size_t kHookSamples = 128;
 // it.
 constexpr double kLongStep = 1.0 / 32;
 
-// Radians; a path that turns by more at a point has a corner there, however few points it has.
-constexpr double kSharpTurn = 60 * kPi / 180;
+// Of a turn by 60°; a path that turns by more at a point has a corner there, however few points it has.
+constexpr double kSharpTurnCosine = 0.5;
 
 // Times the step on the other side of a point. A longer arm would swing far out with what turned within little.
 constexpr double kLongestArm = 2;
 
-constexpr int kAddedPoints = 4; // in a long step
+constexpr int kMostAddedPoints = 4; // in a long step
 
 // Along points, from wherever the caller likes: the place at a distance from the start, which only grows.
 class Walker {
@@ -69,14 +69,31 @@ Vec2 arm_of(const Path& path, std::size_t at, bool is_start)
     const Vec2 in = path[at] - path[at - 1];
     const Vec2 out = path[at + 1] - path[at];
     const Vec2 step = is_start ? out : in;
-    if (!(std::abs(turn_between(in, out)) <= kSharpTurn))
+    const Vec2 before = unit(in);
+    const Vec2 behind = unit(out);
+    if (!(dot(before, behind) >= kSharpTurnCosine))
         return step;
     const double size = std::min(length(step), kLongestArm * length(is_start ? in : out));
-    return size * unit(unit(in) + unit(out));
+    return size * unit(before + behind);
 }
 
 // At the path's ends as much to the other side: the step bends evenly.
 Vec2 mirrored(Vec2 arm, Vec2 step) { return (2 * dot(arm, step) / dot(step, step)) * step - arm; }
+
+// Chords of a rounded step, so many that its curve is within flatness of them, or as many as there may be.
+//
+// Source: off a chord a cubic is by 3/4 of what its legs change at most, over the square of the chords.
+int chords_of(const RoundedStep& bend, double flatness)
+{
+    const Vec2 first = (1.0 / 3) * bend.first; // Bézier's arms
+    const Vec2 second = (1.0 / 3) * bend.second;
+    const double turn =
+        std::max(length(bend.step - second - 2.0 * first), length(2.0 * second + first - bend.step));
+    int chords = 1;
+    while (chords <= kMostAddedPoints && chords * chords * flatness < 0.75 * turn)
+        ++chords;
+    return chords;
+}
 
 // How many samples at the beginning belong to a hook; 0: there is none.
 std::size_t hook_at_start(const Path& even)
@@ -171,7 +188,7 @@ Path with_long_steps_rounded(const Path& path)
     return with_long_steps_rounded(path, kLongStep * path_length(path));
 }
 
-Path with_long_steps_rounded(const Path& path, double longest)
+Path with_long_steps_rounded(const Path& path, double longest, double flatness)
 {
     const std::size_t n = path.size();
     if (n < 3)
@@ -180,8 +197,9 @@ Path with_long_steps_rounded(const Path& path, double longest)
     for (std::size_t i = 0; i + 1 < n; ++i) {
         if (distance(path[i], path[i + 1]) > longest) {
             const RoundedStep bend = rounded_step(path, i);
-            for (int k = 1; k <= kAddedPoints; ++k)
-                rounded.push_back(bend.at(static_cast<double>(k) / (kAddedPoints + 1)));
+            const int chords = chords_of(bend, flatness);
+            for (int k = 1; k < chords; ++k)
+                rounded.push_back(bend.at(static_cast<double>(k) / chords));
         }
         rounded.push_back(path[i + 1]);
     }

@@ -31,8 +31,9 @@ Path without_hooks(const Path& path);
 // Source: E. Catmull, R. Rom, A Class of Local Interpolating Splines (1974), with arms along the path at
 //         sharp turns, and short ones beside short steps: who moves slowly at a point turns there.
 Path with_long_steps_rounded(const Path& path);
-// The same for each step that is longer than longest.
-Path with_long_steps_rounded(const Path& path, double longest);
+// The same for each step that is longer than longest, with no more points than its curve takes to be within
+// flatness of its chords. 0: with all.
+Path with_long_steps_rounded(const Path& path, double longest, double flatness = 0);
 
 // The curve that a long step is rounded to.
 struct RoundedStep {

@@ -185,4 +185,33 @@ TEST(FreeCurve, IsRoundBetweenFewPoints)
         EXPECT_NEAR(turn_at(curve.points, i), 0, 1e-6);
 }
 
+struct RoundingCase {
+    const char* name;
+    double radius, step; // sheet pixels, of a circle and along it
+    int points;          // added in each step
+};
+// Off its chord an arc is by step² / 8 over the radius, a square of the chords less: the flatness is 0.05.
+const RoundingCase kRoundings[] = {
+    {"AddsNoneInAShortStep",          20,   3.9, 0},
+    {"AddsNoneInALongStepThatIsFlat", 1000, 15,  0},
+    {"AddsOneInAFlatterStep",         400,  20,  1},
+    {"AddsWhatABendTakes",            100,  20,  3},
+    {"AddsNoMoreThanItMay",           100,  60,  4},
+};
+class RoundedForAFreeCurve : public testing::TestWithParam<RoundingCase> {};
+TEST_P(RoundedForAFreeCurve, Path)
+{
+    const RoundingCase& row = GetParam();
+    constexpr int kSteps = 6;
+    Path circle;
+    for (int i = 0; i <= kSteps; ++i)
+        circle.push_back(row.radius * unit_at(i * row.step / row.radius));
+    const Path rounded = rounded_for_free_curve(circle, kTolerance);
+    ASSERT_EQ(rounded.size(), static_cast<std::size_t>(1 + kSteps * (1 + row.points)));
+    for (std::size_t i = 0; i < circle.size(); ++i)
+        EXPECT_EQ(rounded[i * static_cast<std::size_t>(1 + row.points)], circle[i]);
+}
+INSTANTIATE_TEST_SUITE_P(, RoundedForAFreeCurve, testing::ValuesIn(kRoundings),
+                         [](const auto& row) { return row.param.name; });
+
 } // namespace
