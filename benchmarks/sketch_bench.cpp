@@ -28,8 +28,10 @@ using vnt::sketch::Sheet;
 constexpr int kWidth = 1920;
 constexpr int kHeight = 1080;
 constexpr double kFrameTarget_ms = 8;
+constexpr double kLongTarget_ms = 250;
 constexpr double kReadingTarget_ms = 2;
 constexpr double kGrowthTarget_kB = 1024;
+constexpr int kNever_ms = 1'000'000'000;
 constexpr std::uint64_t kSeed = 11;
 
 Path starOutline()
@@ -204,6 +206,64 @@ void all_strokes(benchmark::State& state)
     }
 }
 
+// A walk all over the sheet that turns at every point, as someone leaves it who blackens a sheet.
+QPointF cornerOf(int i)
+{
+    Seeded seeded(static_cast<std::uint64_t>(i) + 1);
+    const QPointF middle(960 + 900 * std::cos(i * 0.0007) * std::cos(i * 0.00031),
+                         540 + 500 * std::sin(i * 0.0011));
+    return middle + QPointF(seeded.between(-5, 5), seeded.between(-5, 5));
+}
+
+std::unique_ptr<Drawing> g_long;
+int g_longCorners = 0;
+
+// A stroke of many corners, on a picture.
+void long_stroke(benchmark::State& state)
+{
+    QImage image(kWidth, kHeight, QImage::Format_RGB32);
+    for ([[maybe_unused]] auto _ : state) {
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        g_long->canvas.paintSketch(painter);
+    }
+}
+
+// As a frame while drawing, of a stroke that has many corners already.
+void frame_of_a_long_stroke(benchmark::State& state)
+{
+    QWidget& canvas = g_long->canvas;
+    const PaintCounter paints(canvas);
+    int i = 0;
+    for ([[maybe_unused]] auto _ : state) {
+        ++i;
+        send(canvas, QEvent::MouseMove, cornerOf(g_longCorners++));
+        paintWhatHasChanged(canvas);
+    }
+    if (paints.count < i)
+        state.SkipWithError("a move was not painted");
+}
+
+// One stroke of so many corners on the sheet, and another one just as long in hand.
+void makeLong(int corners)
+{
+    g_long = std::make_unique<Drawing>(0);
+    Ink ink;
+    for (int i = 0; i < corners; ++i) {
+        const QPointF at = cornerOf(i);
+        ink.push_back({at.x(), at.y(), 8.0 * i, 1});
+    }
+    g_long->model.addInk(std::move(ink), {});
+    CanvasSettings settings = g_long->canvas.settings();
+    settings.holdMilliseconds = kNever_ms; // other frames are measured before
+    g_long->canvas.setSettings(settings);
+    paintWhatHasChanged(g_long->canvas);
+    send(g_long->canvas, QEvent::MouseButtonPress, cornerOf(0));
+    for (g_longCorners = 1; g_longCorners < corners; ++g_longCorners)
+        send(g_long->canvas, QEvent::MouseMove, cornerOf(g_longCorners));
+    paintWhatHasChanged(g_long->canvas);
+}
+
 void reading(benchmark::State& state)
 {
     drawn::Hand hand;
@@ -263,8 +323,13 @@ void program(int argc, char** argv)
     const std::string view = add("frame_of_another_view", frame_of_another_view);
     const std::string all = add("all_strokes", all_strokes);
     benchmark::RegisterBenchmark("reading", reading)->Unit(benchmark::kMillisecond);
+    const int corners = effort == bench::Effort::smoke ? 2000 : 150'000;
+    makeLong(corners);
+    const std::string longFrame = add("frame_of_a_long_stroke", frame_of_a_long_stroke);
+    const std::string longStroke = add("long_stroke", long_stroke);
     const bench::Medians medians = bench::run_registered();
     g_drawing.reset();
+    g_long.reset();
     const auto milliseconds = [&](const std::string& name) { return 1000 * medians.of(name); };
 
     std::cout
@@ -274,12 +339,17 @@ void program(int argc, char** argv)
     bench::Table frames({"frame", "milliseconds"});
     frames.add({"the whole window, nothing changed", bench::at_most(milliseconds(whole), kFrameTarget_ms)});
     frames.add({"while a stroke is drawn", bench::at_most(milliseconds(drawing), kFrameTarget_ms)});
+    frames.add({"while one of " + std::to_string(corners) + " corners is drawn",
+                bench::at_most(milliseconds(longFrame), kFrameTarget_ms)});
     frames.add({"while the sheet is panned", bench::at_most(milliseconds(panning), kFrameTarget_ms)});
     frames.add({"after a change of scale", bench::at_most(milliseconds(view), kFrameTarget_ms)});
     std::cout
         << frames.text()
         << "\nAll strokes painted anew, in parts between other events, when a changed view has come to rest: "
         << bench::fixed(milliseconds(all), 0) << " milliseconds.\n"
+        << "\nA stroke of " << corners
+        << " corners painted anew: " << bench::at_most(milliseconds(longStroke), kLongTarget_ms)
+        << " milliseconds.\n"
         << "\nOne reading of a stroke of 500 points: "
         << bench::at_most(milliseconds("reading"), kReadingTarget_ms) << " milliseconds.\n";
     const int undone = effort == bench::Effort::smoke ? 100 : 10'000;

@@ -88,6 +88,8 @@ QTabBar::tab:focus { border: 3px double palette(highlight); }
 QTableView { border: 2px solid palette(text); gridline-color: palette(mid); }
 QHeaderView::section { border: none; border-bottom: 2px solid palette(window-text); padding: 3px; background: palette(button); color: palette(button-text); }
 QMenu { border: 2px solid palette(window-text); }
+QMenu::icon { background: palette(window); border: 2px solid palette(window); }
+QMenu::icon:checked { border-color: palette(window-text); }
 QMenu::item:selected, QMenuBar::item:selected { background: palette(highlight); color: palette(highlighted-text); }
 QToolTip { border: 1px solid palette(window-text); color: palette(window-text); background: palette(window); }
 NoticeBar, LinkPanel { border-top: 2px solid palette(window-text); }

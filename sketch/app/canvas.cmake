@@ -1,7 +1,7 @@
 # The sketch that is drawn, and the widget that one draws on.
 add_library(vnt_sketch_canvas STATIC
-  canvas_colours.cpp canvas_private.cpp canvas_stage.cpp canvas_view.cpp draw_gesture.cpp erase_gesture.cpp
-  grid_painter.cpp kind_names.cpp offered_readings.cpp pan_gesture.cpp pen_input.cpp reading_offer.cpp
+  canvas_colours.cpp canvas_private.cpp canvas_stage.cpp canvas_view.cpp draw_gesture.cpp drawn_ink.cpp erase_gesture.cpp
+  grid_painter.cpp kind_names.cpp line_coverage.cpp offered_readings.cpp pan_gesture.cpp pen_input.cpp reading_offer.cpp
   select_gesture.cpp shape_adjusting.cpp sheet_backing.cpp sketch_canvas.cpp sketch_commands.cpp sketch_model.cpp
   snap_marks.cpp stroke_art.cpp stroke_mapping.cpp stroke_painter.cpp tool.cpp two_fingers.cpp
   # Named, so that their meta objects are made:

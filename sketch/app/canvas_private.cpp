@@ -265,5 +265,5 @@ void SketchCanvas::Private::paint(QPainter& painter, const QRect& rect)
         paintSelection(painter);
     if (m_gesture)
         m_gesture->paint(painter, rect);
-    offers.paint(painter);
+    offers.paint(painter, rect);
 }

@@ -224,7 +224,7 @@ std::optional<std::size_t> CanvasStage::paintStrokes(QPainter& painter, const QR
             return i;
         const StrokeArt& art = *arts.all()[i];
         if (boxInWidget(art).intersects(within) && !m_pickedUp.contains(art.stroke->id))
-            paintStroke(painter, art, map, its);
+            paintStroke(painter, art, map, its, within);
     }
     return std::nullopt;
 }

@@ -82,6 +82,7 @@ void DrawGesture::cancel()
     const QRectF box = m_endBox | boxOf(m_ink);
     m_ink.clear();
     m_stabiliser = Stabiliser();
+    m_stage.model.dropInk();
     m_stage.update(box);
 }
 
@@ -97,6 +98,7 @@ void DrawGesture::take(const Ink& more)
 {
     const std::size_t from = m_ink.size() - std::min(m_ink.size(), kEnd);
     m_ink.insert(m_ink.end(), more.begin(), more.end());
+    m_stage.model.growInk(more, Stabiliser(m_stabiliser).finish());
     const QRectF box = boxOf(inkFrom(from));
     m_stage.update(box | m_endBox);
     m_endBox = box;
@@ -140,10 +142,8 @@ void DrawGesture::rest()
 
 void DrawGesture::paint(QPainter& painter, const QRectF& within) const
 {
-    painter.setRenderHint(QPainter::Antialiasing);
     const QTransform map = m_stage.view().sheetToWidget();
     const QColor colour = m_stage.fadedLook(m_offeredAt ? m_offers.fading() : 0).ink;
-    // In one go: two strokes that meet are darker there.
-    const vnt::sketch::InkLine line = vnt::sketch::ink_line(inkFrom(0));
-    paintInk(painter, line.places, line.pressures, map, colour, m_stage.settings.inkWidth, within);
+    m_drawnInk.paint(painter, m_ink, Stabiliser(m_stabiliser).finish(), map, colour,
+                     m_stage.settings.inkWidth, within);
 }

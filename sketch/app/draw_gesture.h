@@ -1,6 +1,7 @@
 // A stroke while it is drawn: its ink under the pen, and what it becomes when the pen rests at its end.
 #pragma once
 
+#include "sketch/app/drawn_ink.h"
 #include "sketch/app/gesture.h"
 #include "sketch/app/offered_readings.h"
 #include "sketch/app/tool.h"
@@ -39,6 +40,7 @@ private:
     const double m_begun_ms;
     vnt::sketch::Stabiliser m_stabiliser;
     vnt::sketch::Ink m_ink;
+    mutable DrawnInk m_drawnInk;
     double m_pressure = 1; // of the last sample that the pen was down
     QRectF m_endBox;       // widget; of the ink's end as it was painted last
     QTimer m_restTimer;

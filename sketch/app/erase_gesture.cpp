@@ -12,7 +12,7 @@ constexpr double kFaded = 1; // what will go is hardly there
 
 EraseGesture::EraseGesture(CanvasStage& stage, const PenSample& first) : m_stage(stage), m_last(first.at)
 {
-    move(first);
+    EraseGesture::move(first);
 }
 
 void EraseGesture::move(const PenSample& sample)

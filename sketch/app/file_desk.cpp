@@ -2,7 +2,6 @@
 
 #include "sketch/app/notice_area.h"
 #include "sketch/app/picture_export.h"
-#include "sketch/app/sketch_canvas.h"
 #include "sketch/app/sketch_session.h"
 
 #include <QBuffer>
@@ -120,14 +119,7 @@ bool FileDesk::exportSvg(const QString& file)
 bool FileDesk::exportPng(const QString& file)
 {
     SketchModel& model = m_session.model();
-    // One of its own: the one on the screen has the colours and the width of the screen.
-    SketchCanvas canvas(model);
-    CanvasSettings settings;
-    settings.inkWidth = m_picture.lineWidth;
-    canvas.setSettings(settings);
-    canvas.setColours(CanvasColours::light());
-    const QImage image = imageOf(pictureBox(model.document().strokes(), model.sheet(), m_picture), m_picture,
-                                 [&canvas](QPainter& painter) { canvas.paintSketch(painter); });
+    const QImage image = imageOf(model.document().strokes(), model.sheet(), m_picture);
     QByteArray bytes;
     QBuffer buffer(&bytes);
     if (image.isNull() || !buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG"))

@@ -124,7 +124,9 @@ LinkServer::Private::Private(LinkServer& owner) : q(owner)
     m_gate.onConnection = [this](int descriptor) { welcome(descriptor); };
     QObject::connect(&m_gate, &QTcpServer::acceptError, &q, [this] {
         log(QStringLiteral("a connection could not be taken: ") + m_gate.errorString());
-        QTimer::singleShot(kAcceptAgainMilliseconds, &m_gate, &QTcpServer::resumeAccepting);
+        // The timer owns what it will call.
+        QTimer::singleShot(kAcceptAgainMilliseconds, &m_gate,
+                           &QTcpServer::resumeAccepting); // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
     });
 }
 

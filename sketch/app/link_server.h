@@ -31,7 +31,7 @@ public:
     };
 
     static constexpr quint16 kPort = 4910;
-    static constexpr qint64 kMostRequestBytes = 16 * 1024 * 1024;
+    static constexpr qint64 kMostRequestBytes = qint64{16} * 1024 * 1024;
     static constexpr int kRequestMilliseconds = 10000; // for a connection to send its request
     // Connections that have not asked yet, and editors that have: more than a machine's user makes. The
     // oldest that has not asked makes room for a new one; an editor too many is turned away.

@@ -9,7 +9,7 @@
 
 class LogFile {
 public:
-    static constexpr qint64 kMostBytes = 1024 * 1024;
+    static constexpr qint64 kMostBytes = qint64{1024} * 1024;
 
     // mostBytes: an entry that would make the file longer begins a new one; the old one gets .1 behind its
     //            name, in place of the one before.

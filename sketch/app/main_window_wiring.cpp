@@ -112,7 +112,11 @@ void MainWindow::connectFiles()
     connect(a.about, &QAction::triggered, this, &MainWindow::showAbout);
     connect(a.nextPane, &QAction::triggered, this, &MainWindow::goToNextPane);
     connect(m_files, &FileDesk::said, m_status, &StatusPanel::say);
-    connect(m_files, &FileDesk::opened, m_canvas, &SketchCanvas::fitSketch);
+    connect(m_files, &FileDesk::opened, this, [this] {
+        if (!m_session.editorWaits()) // whose sheet it is, and whose view
+            m_canvas->fitSketch();
+    });
+    connect(m_questions, &Questions::replacing, m_canvas, &SketchCanvas::settle);
     connect(m_questions, &Questions::recovered, this, [this] {
         showSheet();
         m_canvas->setFocus();

@@ -20,6 +20,8 @@ namespace {
 
 constexpr int kFadeMilliseconds = 160;
 constexpr double kGhostWidth = 2;
+constexpr double kGhostDash = 8;
+constexpr double kGhostGap = 5;
 constexpr double kCasing =
     2; // of the sheet's colour on either side, so that the dashes stand out from the ink
 constexpr double kGhostTolerance = 0.05; // pixels
@@ -234,7 +236,7 @@ void OfferedReadings::refresh()
     m_offer->snap(*m_scene, m_stage.model.sheet().grid, m_isSnapping ? m_stage.snapping() : std::nullopt);
     const Reading shown = m_offer->shown();
     const double tolerance = m_stage.onSheet(kGhostTolerance);
-    m_ghost = painterPath(vnt::sketch::cubics_of(shown.shape, tolerance), isClosed(shown.shape));
+    m_ghost = vnt::sketch::cubics_of(shown.shape, tolerance);
     updateGhost();
     announceSnapping();
 }
@@ -258,8 +260,8 @@ QRectF OfferedReadings::ghostBox() const
 {
     constexpr double kMargin = kGhostWidth / 2 + kCasing + 1;
     QRectF box;
-    if (!m_ghost.isEmpty())
-        box = m_stage.inWidget(m_ghost.controlPointRect()).adjusted(-kMargin, -kMargin, kMargin, kMargin);
+    if (!m_ghost.empty())
+        box = m_stage.inWidget(boxOf(m_ghost)).adjusted(-kMargin, -kMargin, kMargin, kMargin);
     if (m_offer) {
         for (const SnapTarget& mark : m_offer->marks())
             box |= snapMarkBox(m_stage.view().toWidget({mark.at.x, mark.at.y}));
@@ -275,7 +277,7 @@ void OfferedReadings::updateGhost()
     m_painted = box;
 }
 
-void OfferedReadings::paint(QPainter& painter) const
+void OfferedReadings::paint(QPainter& painter, const QRectF& within) const
 {
     if (!m_offer)
         return;
@@ -283,15 +285,10 @@ void OfferedReadings::paint(QPainter& painter) const
     painter.setRenderHint(QPainter::Antialiasing);
     const StrokeArt* art = m_stroke != 0 ? m_stage.arts.find(m_stroke) : nullptr;
     if (art != nullptr)
-        paintStroke(painter, *art, map, m_stage.fadedLook(m_offer->isInk() ? 0 : m_fading));
-    const QPainterPath ghost = map.map(m_ghost);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(roundPen(m_stage.colours.sheet, kGhostWidth + 2 * kCasing));
-    painter.drawPath(ghost);
-    QPen pen(m_stage.colours.ghost, kGhostWidth, Qt::CustomDashLine, Qt::FlatCap, Qt::RoundJoin);
-    pen.setDashPattern({4, 2.5});
-    painter.setPen(pen);
-    painter.drawPath(ghost);
+        paintStroke(painter, *art, map, m_stage.fadedLook(m_offer->isInk() ? 0 : m_fading), within);
+    paintCurve(painter, m_ghost, map, m_stage.colours.sheet, kGhostWidth + 2 * kCasing, within);
+    paintDashedCurve(painter, m_ghost, map, m_stage.colours.ghost, {kGhostWidth, kGhostDash, kGhostGap},
+                     within);
     for (const SnapTarget& mark : m_offer->marks())
         paintSnapMark(painter, map.map(QPointF(mark.at.x, mark.at.y)), mark.kind, m_stage.colours);
 }

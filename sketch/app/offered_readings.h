@@ -9,7 +9,6 @@
 #include "sketch/app/reading_offer.h"
 
 #include <QObject>
-#include <QPainterPath>
 #include <QTimer>
 #include <QVariantAnimation>
 
@@ -45,7 +44,8 @@ public:
 
     // How far the ink of what is offered has faded: from 0 to 1.
     double fading() const { return m_fading; }
-    void paint(QPainter& painter) const;
+    // within: what has to be painted.
+    void paint(QPainter& painter, const QRectF& within) const;
 
 signals:
     void changed(); // name() is another
@@ -72,7 +72,7 @@ private:
     QTimer m_takeTimer;
     QVariantAnimation m_fade;
     double m_fading = 0;
-    QPainterPath m_ghost; // sheet
-    QRectF m_painted;     // where the ghost and its markers were last
+    vnt::sketch::Path m_ghost; // sheet; cubic segments of 4 points each
+    QRectF m_painted;          // where the ghost and its markers were last
     QString m_announced;
 };

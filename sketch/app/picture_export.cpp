@@ -1,10 +1,14 @@
 #include "sketch/app/picture_export.h"
 
-#include "sketch/app/stroke_art.h"
+#include "sketch/app/outline_text.h"
+#include "sketch/app/stroke_painter.h"
+#include "sketch/core/ink_line.h"
+#include "sketch/core/ink_outline.h"
 #include "sketch/core/shape_outline.h"
 
 #include <QPainter>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace vnt::sketch;
@@ -13,6 +17,12 @@ namespace {
 
 // Sheet pixels; finer than anybody sees at 16 times the size.
 constexpr double kTolerance = 0.02;
+
+// Sheet pixels; the outline of ink of many breadths is longer than its line, and may be as far off as nobody sees on
+// a screen.
+constexpr double kOutline = 0.06;
+// By which the radii of ink may differ that is taken for even.
+constexpr double kEvenRadius = 0.05;
 
 // Beyond this many pixels in either direction Qt's painter is not made for.
 constexpr double kMostPixels = 32767;
@@ -35,12 +45,12 @@ QByteArray attribute(const char* name, double number)
     return QByteArray(" ") + name + "=\"" + text(number) + '"';
 }
 
-QByteArray pathOf(const Path& cubics, bool closed)
+QByteArray pathOf(const Path& cubics, bool closed, const QByteArray& attributes = {})
 {
     QByteArray data = "M" + text(cubics.front());
     for (std::size_t i = 0; i + 3 < cubics.size(); i += 4)
         data += " C" + text(cubics[i + 1]) + ' ' + text(cubics[i + 2]) + ' ' + text(cubics[i + 3]);
-    return "<path d=\"" + data + (closed ? " Z\"/>" : "\"/>");
+    return "<path" + attributes + " d=\"" + data + (closed ? " Z\"/>" : "\"/>");
 }
 
 QByteArray elementOf(const Straight& straight)
@@ -60,8 +70,32 @@ QByteArray elementOf(const Ellipse& ellipse)
            " transform=\"rotate(" + text(ellipse.rotation * 180 / kPi) + ' ' + text(ellipse.centre) + ")\"/>";
 }
 
-QByteArray elementOf(const Stroke& stroke)
+// As wide as the pen was pressed.
+QByteArray elementOfInk(const Stroke& stroke, double lineWidth)
 {
+    constexpr const char* kFilled = " fill=\"#000\" stroke=\"none\"";
+    const InkLine line = ink_line(stroke.ink);
+    if (line.places.empty())
+        return {};
+    std::vector<double> radii;
+    for (const float pressure : line.pressures)
+        radii.push_back(widthAt(double{pressure}, lineWidth) / 2);
+    const auto [least, most] = std::minmax_element(radii.begin(), radii.end());
+    const double width = *least + *most; // twice the mean radius
+    if (line.places.size() == 1)
+        return "<circle" + attribute("cx", line.places[0].x) + attribute("cy", line.places[0].y) +
+               attribute("r", radii[0]) + kFilled + "/>";
+    if (*most - *least > kEvenRadius)
+        return QByteArray("<path") + kFilled + " d=\"" +
+               outlineText(ink_outline(line.places, radii, kOutline)) + "\"/>";
+    return pathOf(cubics_of(stroke, kTolerance), false,
+                  std::abs(width - lineWidth) > kTolerance ? attribute("stroke-width", width) : QByteArray());
+}
+
+QByteArray elementOf(const Stroke& stroke, double lineWidth)
+{
+    if (std::holds_alternative<std::monostate>(stroke.shape))
+        return elementOfInk(stroke, lineWidth);
     if (const auto* straight = std::get_if<Straight>(&stroke.shape))
         return elementOf(*straight);
     const auto* round = std::get_if<Round>(&stroke.shape);
@@ -110,15 +144,15 @@ QByteArray svgOf(const std::vector<StrokePtr>& strokes, const Sheet& sheet, cons
     svg += "<g fill=\"none\" stroke=\"#000\" stroke-linecap=\"round\" stroke-linejoin=\"round\"" +
            attribute("stroke-width", settings.lineWidth) + ">\n";
     for (const StrokePtr& stroke : strokes) {
-        const QByteArray element = elementOf(*stroke);
+        const QByteArray element = elementOf(*stroke, settings.lineWidth);
         svg += element.isEmpty() ? element : element + '\n';
     }
     return svg + "</g>\n</svg>\n";
 }
 
-QImage imageOf(const QRectF& box, const PictureSettings& settings,
-               const std::function<void(QPainter&)>& paint)
+QImage imageOf(const std::vector<StrokePtr>& strokes, const Sheet& sheet, const PictureSettings& settings)
 {
+    const QRectF box = pictureBox(strokes, sheet, settings);
     const double width = std::ceil(box.width() * settings.scale);
     const double height = std::ceil(box.height() * settings.scale);
     if (!(width >= 1 && height >= 1 && width <= kMostPixels && height <= kMostPixels))
@@ -128,9 +162,9 @@ QImage imageOf(const QRectF& box, const PictureSettings& settings,
         return image; // no memory for it
     image.fill(settings.transparent ? Qt::transparent : Qt::white);
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(settings.scale, settings.scale);
     painter.translate(-box.topLeft());
-    paint(painter);
+    for (const StrokePtr& stroke : strokes)
+        paintStroke(painter, StrokeArt(stroke), {}, {Qt::black, Qt::black, settings.lineWidth});
     return image;
 }

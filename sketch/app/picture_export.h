@@ -13,19 +13,17 @@
 #include <QImage>
 #include <QRectF>
 
-#include <functional>
 #include <vector>
-
-class QPainter;
 
 // The part of the sheet that the picture shows. The sheet, when there are no strokes.
 QRectF pictureBox(const std::vector<vnt::sketch::StrokePtr>& strokes, const vnt::sketch::Sheet& sheet,
                   const PictureSettings& settings);
 
-// Shapes are elements of their kind, ink is a smooth path of one width.
+// Black on white, or on nothing. Shapes are elements of their kind; ink is a smooth path, or where the pen was not
+// pressed evenly its outline, filled: within a quarter of a sheet pixel it is what the image shows.
 QByteArray svgOf(const std::vector<vnt::sketch::StrokePtr>& strokes, const vnt::sketch::Sheet& sheet,
                  const PictureSettings& settings);
 
-// paint: paints the sketch, in sheet space.
-QImage imageOf(const QRectF& box, const PictureSettings& settings,
-               const std::function<void(QPainter&)>& paint);
+// The same picture, in pixels.
+QImage imageOf(const std::vector<vnt::sketch::StrokePtr>& strokes, const vnt::sketch::Sheet& sheet,
+               const PictureSettings& settings);

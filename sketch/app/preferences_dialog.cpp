@@ -52,6 +52,7 @@ PreferencesDialog::PreferencesDialog(const Settings& settings, QWidget* parent) 
     tabs->addTab(lookPage(), tr("&Look"));
     tabs->addTab(picturesPage(), tr("P&ictures"));
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::RestoreDefaults);
+    buttons->button(QDialogButtonBox::Close)->setIcon({}); // the style's own is black, in the dark as well
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(buttons->button(QDialogButtonBox::RestoreDefaults), &QPushButton::clicked, this, [this] {
         setSettings(Settings());

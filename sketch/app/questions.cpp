@@ -59,8 +59,15 @@ void Questions::offerLeft()
     });
 }
 
+void Questions::newSheet()
+{
+    emit replacing();
+    m_session.newSheet();
+}
+
 void Questions::recover(const QString& file)
 {
+    emit replacing();
     if (m_session.recover(file)) {
         m_notices.dismiss("howToGoOn");
         emit recovered();
@@ -79,8 +86,8 @@ void Questions::askHowToGoOn()
             : tr("The editor asks for a sketch. On the sheet is one that no editor has got yet.");
     m_notices.ask("howToGoOn", "question", text,
                   {
-                      {tr("&Go On With It"), {}                              },
-                      {tr("&New Sheet"),     [this] { m_session.newSheet(); }}
+                      {tr("&Go On With It"), {}                    },
+                      {tr("&New Sheet"),     [this] { newSheet(); }}
     });
 }
 

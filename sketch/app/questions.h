@@ -22,10 +22,13 @@ public:
     void askHowToGoOn();
 
 signals:
+    void
+    replacing(); // another sketch will be on the sheet in a moment: what is drawn and offered comes to its end
     void recovered(); // another sketch is on the sheet
 
 private:
     void recover(const QString& file);
+    void newSheet();
     void offerBack(const QString& file);
 
     SketchSession& m_session;

@@ -23,7 +23,7 @@ namespace {
 // token and the arguments in UTF-8, each but the last with a zero byte behind it.
 constexpr quint32 kMagic = 0x766E7401; // the last byte is the form's version
 constexpr qsizetype kHeadBytes = 8;
-constexpr qsizetype kMostMessageBytes = 1024 * 1024;
+constexpr qsizetype kMostMessageBytes = qsizetype{1024} * 1024;
 constexpr int kMessageMilliseconds = 5000; // for another start to send its whole message
 constexpr int kMostAtOnce = 16;
 constexpr int kAgainMilliseconds = 20; // between attempts: who has the lock may not listen yet, or no longer

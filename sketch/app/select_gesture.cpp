@@ -10,7 +10,6 @@
 using vnt::sketch::Affine;
 using vnt::sketch::Curve;
 using vnt::sketch::Round;
-using vnt::sketch::SnapTarget;
 using vnt::sketch::Straight;
 using vnt::sketch::Stroke;
 using vnt::sketch::StrokeId;

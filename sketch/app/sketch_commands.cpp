@@ -3,6 +3,7 @@
 #include "sketch/app/sketch_model.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 using vnt::sketch::StrokeId;
@@ -15,16 +16,22 @@ SketchCommand::SketchCommand(SketchModel& model, std::vector<StrokeChange> chang
 
 void SketchCommand::redo()
 {
+    const SketchModel::Step step(m_model);
     noteSelected();
-    for (const StrokeChange& step : m_changes)
-        change(step.index, step.before, step.after);
+    for (const StrokeChange& each : m_changes)
+        change(each.index, each.before, each.after);
+    if (m_isPlacing)
+        m_model.countPlacing(1);
     deselectWhatIsGone();
 }
 
 void SketchCommand::undo()
 {
-    for (auto step = m_changes.rbegin(); step != m_changes.rend(); ++step)
-        change(step->index, step->after, step->before);
+    const SketchModel::Step step(m_model);
+    for (auto each = m_changes.rbegin(); each != m_changes.rend(); ++each)
+        change(each->index, each->after, each->before);
+    if (m_isPlacing)
+        m_model.countPlacing(-1);
     deselectWhatIsGone();
     if (!m_selected.empty())
         m_model.setSelection(m_selected);
@@ -62,13 +69,13 @@ void SketchCommand::goAlong(StrokeMapping& mapping)
 void SketchCommand::change(std::size_t index, const StrokePtr& from, const StrokePtr& into)
 {
     if (from && into) {
-        if (m_model.m_document.replace(into))
+        if (m_model.m_document.replace(into, index))
             emit m_model.replaced(from, into);
     } else if (into) {
         if (m_model.m_document.insert(index, into))
             emit m_model.inserted(index, into);
     } else if (from) {
-        if (m_model.m_document.take(from->id))
+        if (m_model.m_document.take(from->id, index))
             emit m_model.taken(from);
     }
 }
@@ -76,16 +83,16 @@ void SketchCommand::change(std::size_t index, const StrokePtr& from, const Strok
 void SketchCommand::noteSelected()
 {
     m_selected.clear();
-    const auto& selection = m_model.m_selection;
+    const std::unordered_set<StrokeId> selection(m_model.m_selection.begin(), m_model.m_selection.end());
     for (const StrokeChange& step : m_changes) {
-        if (!step.after && std::find(selection.begin(), selection.end(), step.before->id) != selection.end())
+        if (!step.after && selection.contains(step.before->id))
             m_selected.push_back(step.before->id);
     }
 }
 
 void SketchCommand::deselectWhatIsGone()
 {
-    const auto isGone = [this](StrokeId id) { return m_model.m_document.find(id) == nullptr; };
+    const auto isGone = [this](StrokeId id) { return !m_model.m_document.has(id); };
     if (std::erase_if(m_model.m_selection, isGone) > 0)
         emit m_model.selectionChanged();
 }

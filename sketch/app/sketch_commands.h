@@ -14,7 +14,7 @@
 class SketchModel;
 
 struct StrokeChange {
-    std::size_t index = 0; // of one that comes, and where one that goes is put back; else without meaning
+    std::size_t index = 0;         // where it comes, is, or goes
     vnt::sketch::StrokePtr before; // null: it comes
     vnt::sketch::StrokePtr after;  // null: it goes
 };
@@ -29,6 +29,8 @@ public:
     bool mergeWith(const QUndoCommand* next) override;
     // One that goes on where this one ends is no step of its own, if it comes within this time.
     void mergeFor(int milliseconds) { m_merges.setRemainingTime(milliseconds); }
+    // With it, and until it is undone, all strokes have a place in the artwork.
+    void setPlacing() { m_isPlacing = true; }
     // The sheet shows another part of the artwork: what this brings back is there, too.
     void goAlong(StrokeMapping& mapping);
 
@@ -42,4 +44,5 @@ private:
     std::vector<StrokeChange> m_changes;
     std::vector<vnt::sketch::StrokeId> m_selected; // of those that go; selected again when they come back
     QDeadlineTimer m_merges{0};
+    bool m_isPlacing = false;
 };

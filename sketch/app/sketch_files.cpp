@@ -69,9 +69,10 @@ std::variant<std::vector<Stroke>, FileProblem> readSketch(const QString& file, c
     return std::get<std::vector<Stroke>>(std::move(read));
 }
 
-FileProblem writeSketch(const QString& file, const std::vector<StrokePtr>& strokes, const Sheet& sheet)
+FileProblem writeSketch(const QString& file, const std::vector<StrokePtr>& strokes, const Sheet& sheet,
+                        const CubicsOf& cubics)
 {
-    std::string line = answer_of(strokes, sheet);
+    std::string line = answer_of(strokes, sheet, cubics);
     if (!unreadable_because(line).empty())
         return {
             Words::tr("Cannot write %1: the sketch is too large to be opened again. No file was changed, and "

@@ -23,5 +23,5 @@ readSketch(const QString& file, const vnt::sketch::Sheet& sheet, vnt::sketch::St
 
 // An empty sentence when all went well, as of the next.
 FileProblem writeSketch(const QString& file, const std::vector<vnt::sketch::StrokePtr>& strokes,
-                        const vnt::sketch::Sheet& sheet);
+                        const vnt::sketch::Sheet& sheet, const vnt::sketch::CubicsOf& cubics = {});
 FileProblem writeWhole(const QString& file, const QByteArray& bytes);

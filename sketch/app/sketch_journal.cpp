@@ -2,66 +2,32 @@
 
 #include "sketch/app/journal_file.h"
 #include "sketch/core/journal_text.h"
+#include "sketch/core/recognition.h"
 
-#include <QDateTime>
-#include <QDir>
 #include <QFileInfo>
-#include <QLocale>
-#include <QRandomGenerator>
 #include <QStandardPaths>
 #include <QTimer>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <ctime>
 #include <string>
+#include <string_view>
+#include <utility>
 
 using namespace vnt::sketch;
 
 namespace {
-
-const QString kPattern = QStringLiteral("*.sketch");
 
 // The disk has what was drawn this long ago, even when the machine stops.
 constexpr int kSyncMilliseconds = 1000;
 
 // What was undone or changed since stands in the file as well. It is made anew when it is this much longer than
 // it needs to be, and nothing is drawn for a moment.
-constexpr qint64 kMostNeedlessBytes = 8 * 1024 * 1024;
+constexpr qint64 kMostNeedlessBytes = qint64{8} * 1024 * 1024;
 constexpr int kIdleMilliseconds = 2000;
 
-QString newName()
-{
-    return QDateTime::currentDateTime().toString("yyyyMMdd-hhmmss-zzz-") +
-           QString::number(QRandomGenerator::global()->generate(), 16) + ".sketch";
-}
-
-QFileInfoList latestFirst(const QString& folder)
-{
-    QFileInfoList all = QDir(folder).entryInfoList({kPattern}, QDir::Files);
-    // Qt's own order by time knows whole seconds.
-    std::stable_sort(all.begin(), all.end(), [](const QFileInfo& a, const QFileInfo& b) {
-        return a.lastModified() > b.lastModified();
-    });
-    return all;
-}
-
-// What is put away is the latest of all, however long ago it was drawn.
-void touch(const QString& path)
-{
-    timespec now = {}; // the system's own is the same for all of some milliseconds
-    ::clock_gettime(CLOCK_REALTIME, &now);
-    const timespec times[] = {now, now};
-    ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0);
-}
-
-bool move(const QString& from, const QString& to)
-{
-    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
-}
+// Of a stroke that is being drawn: what comes in this time, or so many points, are in the file; a crash loses no
+// more.
+constexpr int kInkMilliseconds = 250;
+constexpr std::size_t kMostUnwrittenPoints = 64;
 
 JournalReading readingOf(const QByteArray& text)
 {
@@ -70,35 +36,58 @@ JournalReading readingOf(const QByteArray& text)
 
 QByteArray bytesOf(const std::string& text) { return {text.data(), static_cast<qsizetype>(text.size())}; }
 
+// What was still being drawn gets the readings that it would have had.
+std::vector<StrokePtr> strokesOf(const JournalReading& reading)
+{
+    std::vector<StrokePtr> strokes = reading.document.strokes();
+    if (reading.unfinished != 0) {
+        Stroke stroke = *strokes.back();
+        stroke.readings = recognise(stroke.ink);
+        strokes.back() = std::make_shared<const Stroke>(std::move(stroke));
+    }
+    return strokes;
+}
+
 } // namespace
 
 class SketchJournal::Private {
 public:
-    Private(SketchJournal& journal, SketchModel& drawn, QString where);
+    Private(SketchJournal& journal, SketchModel& drawn, const QString& where);
 
-    void add(const std::string& line);
+    void follow(SketchModel& model);
+    void add(const std::string& change);
+    void endStep();
+    void growInk(const Ink& more, const Ink& rest);
+    void writeInk();
+    void endInk();
+    void forgetInk();
+    bool isBegun() const { return file.isOpen() || !unwritten.isEmpty(); }
+    void queue(const std::string& line);
+    void syncAndRestSoon();
     void begin(const QString& path); // with the sketch as it is
     bool write();
     bool writeOrBegin();
     void afterAWhile();
     void letGo();
     void endSketch();
-    QString putAway(const QString& path) const; // where it is then; empty when it was not worth it
-    void dropOldest(const QString& butNot) const;
     void keepDamaged(const QString& path, const JournalReading& reading);
-    void tidy() const;
-    QString earlierFolder() const { return folder + "/earlier"; }
     QByteArray wholeSketch() const;
-    std::vector<Left> readable(const QString& where) const;
     void tell(bool isWritten);
 
     SketchJournal& q;
     SketchModel& model;
-    QString folder;
+    JournalFolder folder;
     JournalFile file;
     QString target;                // where the sketch lies, or will as soon as it can be written
     QByteArray unwritten;          // what the file lacks of the sketch, after a failure
     bool isUnwrittenWhole = false; // all of a file, that is; else lines for its end
+    std::string step;              // the changes so far of the one that is under way
+    bool isInStep = false;
+    Ink ink;                    // of the stroke that is being drawn
+    Ink inkRest;                // that it would end with
+    std::size_t inkWritten = 0; // points of ink that are written
+    bool isInkWritten = false;  // some of it, or of its rest, is
+    QTimer inkTimer;
     QTimer syncTimer;
     QTimer idleTimer;
     qint64 sizeWhenBegun = 0;
@@ -107,25 +96,49 @@ public:
     bool isTold = false;
 };
 
-SketchJournal::Private::Private(SketchJournal& journal, SketchModel& drawn, QString where)
-    : q(journal), model(drawn), folder(QDir::cleanPath(where))
+SketchJournal::Private::Private(SketchJournal& journal, SketchModel& drawn, const QString& where)
+    : q(journal), model(drawn), folder(where)
 {
-    syncTimer.setSingleShot(true);
+    for (QTimer* timer : {&syncTimer, &idleTimer, &inkTimer})
+        timer->setSingleShot(true);
     syncTimer.setInterval(kSyncMilliseconds);
-    idleTimer.setSingleShot(true);
     idleTimer.setInterval(kIdleMilliseconds);
+    inkTimer.setInterval(kInkMilliseconds);
     QObject::connect(&syncTimer, &QTimer::timeout, &q, [this] { file.syncSoon(); });
     QObject::connect(&idleTimer, &QTimer::timeout, &q, [this] { afterAWhile(); });
-    QDir().mkpath(earlierFolder());
-    tidy();
+    QObject::connect(&inkTimer, &QTimer::timeout, &q, [this] { writeInk(); });
+    follow(drawn);
+}
+
+void SketchJournal::Private::follow(SketchModel& drawn)
+{
+    QObject::connect(&drawn, &SketchModel::stepBegan, &q, [this] { isInStep = true; });
+    QObject::connect(&drawn, &SketchModel::stepEnded, &q, [this] { endStep(); });
+    QObject::connect(&drawn, &SketchModel::inserted, &q, [this](std::size_t index, const StrokePtr& stroke) {
+        add(journal_insert(index, *stroke));
+    });
+    QObject::connect(&drawn, &SketchModel::taken, &q,
+                     [this](const StrokePtr& stroke) { add(journal_take(stroke->id)); });
+    QObject::connect(&drawn, &SketchModel::replaced, &q,
+                     [this](const StrokePtr&, const StrokePtr& after) { add(journal_replace(*after)); });
+    QObject::connect(&drawn, &SketchModel::sheetChanged, &q,
+                     [this](const Affine& map) { add(journal_sheet(model.sheet(), map, model.isPlaced())); });
+    QObject::connect(&drawn, &SketchModel::placedChanged, &q,
+                     [this] { add(journal_sheet(model.sheet(), {}, model.isPlaced())); });
+    QObject::connect(&drawn, &SketchModel::inkGrew, &q,
+                     [this](const Ink& more, const Ink& rest) { growInk(more, rest); });
+    QObject::connect(&drawn, &SketchModel::inkEnded, &q, [this] { endInk(); });
+    QObject::connect(&drawn, &SketchModel::wasReset, &q, [this] { endSketch(); });
 }
 
 QByteArray SketchJournal::Private::wholeSketch() const
 {
-    std::string text = journal_head() + journal_sheet(model.sheet());
+    std::string text = journal_head() + journal_sheet(model.sheet(), {}, model.isPlaced());
     const auto& strokes = model.document().strokes();
     for (std::size_t i = 0; i < strokes.size(); ++i)
         text += journal_insert(i, *strokes[i]);
+    if (isInkWritten)
+        text += journal_draw({ink.begin(), ink.begin() + static_cast<std::ptrdiff_t>(inkWritten)}, inkRest);
     return bytesOf(text);
 }
 
@@ -152,7 +165,7 @@ bool SketchJournal::Private::write()
     if (unwritten.isEmpty())
         return true;
     if (isUnwrittenWhole)
-        QDir().mkpath(folder);
+        folder.make();
     const bool isWritten = isUnwrittenWhole ? file.begin(target, unwritten) : file.append(unwritten);
     if (isWritten && isUnwrittenWhole)
         sizeWhenBegun = file.size();
@@ -192,27 +205,91 @@ void SketchJournal::Private::afterAWhile()
         sizeWhenBegun = file.size();
 }
 
-void SketchJournal::Private::add(const std::string& line)
+void SketchJournal::Private::queue(const std::string& line)
 {
-    const bool isBegun = file.isOpen() || !unwritten.isEmpty();
-    if (isRecovering || (!isBegun && model.document().strokes().empty()))
-        return;
-    if (isBegun) {
-        isUnwrittenWhole = isUnwrittenWhole && !unwritten.isEmpty();
-        unwritten += bytesOf(line);
-        writeOrBegin();
-    } else {
-        begin(folder + "/" + newName());
-    }
+    isUnwrittenWhole = isUnwrittenWhole && !unwritten.isEmpty();
+    unwritten += bytesOf(line);
+}
+
+void SketchJournal::Private::syncAndRestSoon()
+{
     if (!syncTimer.isActive())
         syncTimer.start();
     idleTimer.start();
+}
+
+void SketchJournal::Private::add(const std::string& change)
+{
+    if (isInStep) {
+        step += change;
+        return;
+    }
+    if (isRecovering || (!isBegun() && model.document().strokes().empty()))
+        return;
+    if (isBegun()) {
+        queue(change);
+        writeOrBegin();
+    } else {
+        begin(folder.newFile());
+    }
+    syncAndRestSoon();
+}
+
+void SketchJournal::Private::endStep()
+{
+    isInStep = false;
+    if (!step.empty())
+        add(journal_together(std::exchange(step, {})));
+}
+
+void SketchJournal::Private::growInk(const Ink& more, const Ink& rest)
+{
+    ink.insert(ink.end(), more.begin(), more.end());
+    inkRest = rest;
+    if (ink.size() - inkWritten >= kMostUnwrittenPoints)
+        writeInk();
+    else if (!inkTimer.isActive())
+        inkTimer.start();
+}
+
+// A failure is no reason to write the whole sketch anew, several times in a second.
+void SketchJournal::Private::writeInk()
+{
+    inkTimer.stop();
+    const Ink more(ink.begin() + static_cast<std::ptrdiff_t>(inkWritten), ink.end());
+    inkWritten = ink.size();
+    isInkWritten = true;
+    if (isBegun()) {
+        queue(journal_draw(more, inkRest));
+        write();
+    } else {
+        begin(folder.newFile());
+    }
+    syncAndRestSoon();
+}
+
+void SketchJournal::Private::endInk()
+{
+    const bool wasWritten = isInkWritten;
+    forgetInk();
+    if (wasWritten)
+        add(journal_lift());
+}
+
+void SketchJournal::Private::forgetInk()
+{
+    inkTimer.stop();
+    ink.clear();
+    inkRest.clear();
+    inkWritten = 0;
+    isInkWritten = false;
 }
 
 // The sketch before is put away: another comes in its place. The model may have that already.
 void SketchJournal::Private::letGo()
 {
     isSafe = false;
+    forgetInk();
     write();
     unwritten.clear();
     target.clear();
@@ -221,7 +298,7 @@ void SketchJournal::Private::letGo()
     const QString path = file.path();
     file.syncSoon();
     file.close();
-    const QString now = putAway(path);
+    const QString now = folder.putAway(path);
     if (!now.isEmpty())
         emit q.putAway(now);
 }
@@ -232,96 +309,29 @@ void SketchJournal::Private::endSketch()
         return;
     letGo();
     if (!model.document().strokes().empty())
-        begin(folder + "/" + newName());
+        begin(folder.newFile());
 }
 
-// A sketch without strokes is worth no place among the earlier ones.
-QString SketchJournal::Private::putAway(const QString& path) const
-{
-    const auto content = JournalFile::contentOfUnowned(path);
-    if (!content)
-        return {};
-    const JournalReading reading = readingOf(*content);
-    if (reading.known && reading.whole && reading.document.strokes().empty()) {
-        QFile::remove(path);
-        return {};
-    }
-    QDir().mkpath(earlierFolder());
-    QString to = earlierFolder() + "/" + QFileInfo(path).fileName();
-    if (QFile::exists(to))
-        to = earlierFolder() + "/" + newName();
-    touch(path);
-    if (!move(path, to))
-        return {};
-    dropOldest(to);
-    return to;
-}
-
-void SketchJournal::Private::dropOldest(const QString& butNot) const
-{
-    int kept = 1;
-    for (const QFileInfo& info : latestFirst(earlierFolder())) {
-        if (info.fileName() != QFileInfo(butNot).fileName() && ++kept > kMostEarlier)
-            QFile::remove(info.filePath());
-    }
-}
-
-// What no reading has made sense of stays, under a name that no sketch takes from it.
+// The only copy is not moved.
 void SketchJournal::Private::keepDamaged(const QString& path, const JournalReading& reading)
 {
-    QString kept = earlierFolder() + "/" + newName() + ".damaged";
-    QDir().mkpath(earlierFolder());
-    if (!unwritten.isEmpty() || !file.syncNow() || !move(path, kept))
-        kept = path; // the only copy
-    emit q.wasDamaged(kept, static_cast<qint64>(reading.document.strokes().size()));
+    QString kept;
+    if (unwritten.isEmpty() && file.syncNow())
+        kept = folder.keepDamaged(path);
+    emit q.wasDamaged(kept.isEmpty() ? path : kept, static_cast<qint64>(reading.document.strokes().size()));
 }
 
-// What crashes have left: files half made, and sketches in which all was undone.
-void SketchJournal::Private::tidy() const
+SketchJournal::SketchJournal(SketchModel& model, const QString& folder, QObject* parent)
+    : QObject(parent), d(std::make_unique<Private>(*this, model, folder))
 {
-    for (const QFileInfo& info : QDir(folder).entryInfoList({kPattern + ".new"}, QDir::Files))
-        JournalFile::removeUnowned(info.filePath());
-    for (const QFileInfo& info : latestFirst(folder)) {
-        const auto content = JournalFile::contentOfUnowned(info.filePath());
-        if (content && readingOf(*content).document.strokes().empty() && readingOf(*content).known)
-            putAway(info.filePath());
-    }
-}
-
-std::vector<SketchJournal::Left> SketchJournal::Private::readable(const QString& where) const
-{
-    std::vector<Left> found;
-    for (const QFileInfo& info : latestFirst(where)) {
-        const auto content = JournalFile::contentOfUnowned(info.filePath());
-        if (!content)
-            continue;
-        const JournalReading reading = readingOf(*content);
-        const auto strokes = static_cast<qint64>(reading.document.strokes().size());
-        if (reading.known && strokes > 0)
-            found.push_back(
-                {info.filePath(), strokes, QLocale().toString(info.lastModified(), QLocale::ShortFormat)});
-    }
-    return found;
-}
-
-SketchJournal::SketchJournal(SketchModel& model, QString folder, QObject* parent)
-    : QObject(parent), d(std::make_unique<Private>(*this, model, std::move(folder)))
-{
-    connect(&model, &SketchModel::inserted, this,
-            [this](std::size_t index, const StrokePtr& stroke) { d->add(journal_insert(index, *stroke)); });
-    connect(&model, &SketchModel::taken, this,
-            [this](const StrokePtr& stroke) { d->add(journal_take(stroke->id)); });
-    connect(&model, &SketchModel::replaced, this,
-            [this](const StrokePtr&, const StrokePtr& after) { d->add(journal_replace(*after)); });
-    connect(&model, &SketchModel::sheetChanged, this,
-            [this](const Affine& map) { d->add(journal_sheet(d->model.sheet(), map)); });
-    connect(&model, &SketchModel::wasReset, this, [this] { d->endSketch(); });
 }
 
 SketchJournal::~SketchJournal()
 {
     blockSignals(true); // whoever would be told may be gone
-    const bool isWorthNothing = d->isSafe || d->model.document().strokes().empty();
+    if (!d->ink.empty())
+        d->writeInk();
+    const bool isWorthNothing = (d->isSafe || d->model.document().strokes().empty()) && !d->isInkWritten;
     if (d->file.isOpen() || !isWorthNothing)
         d->writeOrBegin();
     const QString path = d->file.path();
@@ -330,7 +340,7 @@ SketchJournal::~SketchJournal()
     d->file.syncSoon();
     d->file.close();
     if (isWorthNothing)
-        d->putAway(path);
+        d->folder.putAway(path);
 }
 
 QString SketchJournal::usualFolder()
@@ -338,9 +348,9 @@ QString SketchJournal::usualFolder()
     return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/sketches");
 }
 
-std::vector<SketchJournal::Left> SketchJournal::left() const { return d->readable(d->folder); }
+std::vector<SketchJournal::Left> SketchJournal::left() const { return d->folder.left(); }
 
-std::vector<SketchJournal::Left> SketchJournal::earlier() const { return d->readable(d->earlierFolder()); }
+std::vector<SketchJournal::Left> SketchJournal::earlier() const { return d->folder.earlier(); }
 
 bool SketchJournal::recover(const QString& file)
 {
@@ -353,10 +363,10 @@ bool SketchJournal::recover(const QString& file)
     d->letGo();
     d->isRecovering = true;
     d->model.setSheet(reading.sheet);
-    d->model.reset(reading.document.strokes());
+    d->model.reset(strokesOf(reading), reading.placed);
     d->isRecovering = false;
     const bool isDamaged = reading.skipped > 0;
-    const QString path = d->folder + "/" + (isDamaged ? newName() : QFileInfo(file).fileName());
+    const QString path = isDamaged ? d->folder.newFile() : d->folder.fileNamed(QFileInfo(file).fileName());
     d->begin(path);
     const bool isElsewhere = QFileInfo(file).canonicalFilePath() != QFileInfo(path).canonicalFilePath();
     if (isDamaged)
@@ -366,7 +376,7 @@ bool SketchJournal::recover(const QString& file)
     return true;
 }
 
-void SketchJournal::discard(const QString& file) { d->putAway(file); }
+void SketchJournal::discard(const QString& file) { d->folder.putAway(file); }
 
 void SketchJournal::setSafe(bool safe) { d->isSafe = safe; }
 

@@ -1,12 +1,14 @@
 // Keeps the sketch safe while it is drawn: every change goes to a file as it is made, and outlives a crash.
 //
 // Shapes: a file a sketch in a folder of the user's data, a line a change, in the form of
-//         sketch/core/journal_text.h. A half-written last line is passed over. The file is made with the first
-//         stroke. What its program owns is locked, until that ends however it ends.
+//         sketch/core/journal_text.h; a step of many changes is one line. A half-written last line is passed
+//         over. A stroke that is being drawn is there but for its last quarter of a second. The file is made
+//         with the first stroke. What its program owns is locked, until that ends however it ends.
 // Errors: a file that cannot be written is told once (failed()), and tried again with the next change, every two
 //         seconds, and at the sketch's end.
 #pragma once
 
+#include "sketch/app/journal_folder.h"
 #include "sketch/app/sketch_model.h"
 
 #include <QObject>
@@ -19,20 +21,16 @@ class SketchJournal : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int kMostEarlier = 20;
+    static constexpr int kMostEarlier = JournalFolder::kMostEarlier;
 
     // folder: where the files lie; made when it is missing.
-    SketchJournal(SketchModel& model, QString folder, QObject* parent = nullptr);
+    SketchJournal(SketchModel& model, const QString& folder, QObject* parent = nullptr);
     ~SketchJournal() override; // waits until what was written has reached the disk
 
     // QStandardPaths::AppDataLocation/sketches
     static QString usualFolder();
 
-    struct Left {
-        QString file;
-        qint64 strokes = 0;
-        QString lastChange; // as the user reads dates and times
-    };
+    using Left = JournalFolder::Left;
     // Sketches that no running program owns, with at least one stroke, the latest first.
     std::vector<Left> left() const;
     // Those that were put away: by discard(), by another sketch in their place, by the program's end when they

@@ -4,7 +4,8 @@
 #include "sketch/app/sketch_commands.h"
 #include "sketch/core/shape_outline.h"
 
-#include <algorithm>
+#include <optional>
+#include <unordered_set>
 #include <utility>
 
 using vnt::sketch::Affine;
@@ -23,13 +24,13 @@ namespace {
 // Where those of the ids are that the document has, rising, each once.
 std::vector<std::size_t> placesOf(const SketchDocument& document, const std::vector<StrokeId>& ids)
 {
+    const std::vector<StrokeId>& all = document.ids();
+    const std::unordered_set<StrokeId> wanted(ids.begin(), ids.end());
     std::vector<std::size_t> places;
-    for (const StrokeId id : ids) {
-        if (const auto place = document.index_of(id))
-            places.push_back(*place);
+    for (std::size_t place = 0; !wanted.empty() && place < all.size(); ++place) {
+        if (wanted.contains(all[place]))
+            places.push_back(place);
     }
-    std::sort(places.begin(), places.end());
-    places.erase(std::unique(places.begin(), places.end()), places.end());
     return places;
 }
 
@@ -43,6 +44,18 @@ std::vector<StrokeChange> removals(const SketchDocument& document, const std::ve
 }
 
 } // namespace
+
+SketchModel::Step::Step(SketchModel& model) : m_model(model)
+{
+    if (m_model.m_openSteps++ == 0)
+        emit m_model.stepBegan();
+}
+
+SketchModel::Step::~Step()
+{
+    if (--m_model.m_openSteps == 0)
+        emit m_model.stepEnded();
+}
 
 SketchModel::SketchModel(QObject* parent) : QObject(parent) {}
 
@@ -68,6 +81,22 @@ StrokeMapping SketchModel::changeSheet(const Sheet& sheet, const Affine& map)
     return mapping;
 }
 
+void SketchModel::setPlaced(bool isPlaced)
+{
+    const bool wasPlaced = this->isPlaced();
+    m_isSheetPlaced = isPlaced;
+    if (this->isPlaced() != wasPlaced)
+        emit placedChanged();
+}
+
+void SketchModel::countPlacing(int steps)
+{
+    const bool wasPlaced = isPlaced();
+    m_placingSteps += steps;
+    if (isPlaced() != wasPlaced)
+        emit placedChanged();
+}
+
 void SketchModel::setSelection(std::vector<StrokeId> ids)
 {
     std::vector<StrokeId> known;
@@ -79,15 +108,17 @@ void SketchModel::setSelection(std::vector<StrokeId> ids)
     emit selectionChanged();
 }
 
-void SketchModel::reset(std::vector<StrokePtr> strokes)
+void SketchModel::reset(std::vector<StrokePtr> strokes, bool isPlaced)
 {
     setSelection({});
     m_undoStack.clear();
     m_document.clear();
+    m_isSheetPlaced = isPlaced;
+    m_placingSteps = 0;
     for (StrokePtr& stroke : strokes) {
         if (!stroke)
             continue;
-        if (stroke->id == 0 || m_document.find(stroke->id)) {
+        if (stroke->id == 0 || m_document.has(stroke->id)) {
             Stroke own = *stroke;
             own.id = m_document.new_id();
             stroke = std::make_shared<const Stroke>(std::move(own));
@@ -106,17 +137,24 @@ StrokeId SketchModel::addInk(Ink ink, std::vector<Reading> readings)
     const StrokeId id = stroke.id;
     auto shared = std::make_shared<const Stroke>(std::move(stroke));
     const std::size_t top = m_document.strokes().size();
+    const Step step(*this);
     m_undoStack.push(new SketchCommand(*this,
                                        {
                                            {top, nullptr, std::move(shared)}
     },
                                        tr("Draw")));
+    emit inkEnded();
     return id;
 }
 
+void SketchModel::growInk(const Ink& more, const Ink& rest) { emit inkGrew(more, rest); }
+
+void SketchModel::dropInk() { emit inkEnded(); }
+
 void SketchModel::convert(StrokeId id, const Reading& reading)
 {
-    const StrokePtr before = m_document.find(id);
+    const std::optional<std::size_t> place = m_document.index_of(id);
+    const StrokePtr before = place ? m_document.strokes()[*place] : nullptr;
     const bool isInk = std::holds_alternative<std::monostate>(reading.shape);
     if (!before || (isInk && (before->ink.empty() || before->kind == Kind::ink)))
         return; // there is no ink to go back to, or nothing else
@@ -127,7 +165,7 @@ void SketchModel::convert(StrokeId id, const Reading& reading)
     const QString text = isInk ? tr("Back to ink") : tr("Convert to %1").arg(kindName(reading.kind));
     m_undoStack.push(new SketchCommand(*this,
                                        {
-                                           {0, before, std::move(shared)}
+                                           {*place, before, std::move(shared)}
     },
                                        text));
 }
@@ -152,7 +190,7 @@ void SketchModel::pushMove(const std::vector<StrokeId>& ids, const Affine& map, 
     for (const std::size_t place : placesOf(m_document, ids)) {
         const StrokePtr& before = m_document.strokes()[place];
         changes.push_back(
-            {0, before, std::make_shared<const Stroke>(vnt::sketch::mapped(*before, map, before->id))});
+            {place, before, std::make_shared<const Stroke>(vnt::sketch::mapped(*before, map, before->id))});
     }
     if (changes.empty() || map == Affine())
         return;
@@ -179,14 +217,28 @@ void SketchModel::duplicate(const std::vector<StrokeId>& ids, Vec2 offset)
 
 void SketchModel::addStrokes(std::vector<Stroke> strokes, const QString& text)
 {
+    pushNew(std::move(strokes), text, false);
+}
+
+void SketchModel::addPlacedStrokes(std::vector<Stroke> strokes, const QString& text)
+{
+    pushNew(std::move(strokes), text, true);
+}
+
+void SketchModel::pushNew(std::vector<Stroke> strokes, const QString& text, bool arePlaced)
+{
     std::vector<StrokeChange> changes;
     std::size_t top = m_document.strokes().size();
     for (Stroke& stroke : strokes) {
         stroke.id = m_document.new_id();
         changes.push_back({top++, nullptr, std::make_shared<const Stroke>(std::move(stroke))});
     }
-    if (!changes.empty())
-        m_undoStack.push(new SketchCommand(*this, std::move(changes), text));
+    if (changes.empty())
+        return;
+    auto* const added = new SketchCommand(*this, std::move(changes), text);
+    if (arePlaced)
+        added->setPlacing();
+    m_undoStack.push(added);
 }
 
 void SketchModel::clear()

@@ -23,15 +23,24 @@ public:
     const vnt::sketch::Sheet& sheet() const { return m_sheet; }
     QUndoStack& undoStack() { return m_undoStack; }
     const std::vector<vnt::sketch::StrokeId>& selection() const { return m_selection; } // lowest stroke first
+    // The strokes have a place in the artwork: drawn on an editor's sheet, or read from a file. Those drawn on a
+    // sheet of one's own have none.
+    bool isPlaced() const { return m_isSheetPlaced || m_placingSteps > 0; }
 
     // Not steps that can be undone.
     void setSheet(const vnt::sketch::Sheet& sheet);
     // Another view of the artwork, map: from the sheet before. Every stroke goes along, those that undo and redo
     // bring back as well. Returns what became of each, for who keeps some.
     StrokeMapping changeSheet(const vnt::sketch::Sheet& sheet, const vnt::sketch::Affine& map);
+    void setPlaced(bool isPlaced); // what steps have placed stays so until they are undone
     void setSelection(std::vector<vnt::sketch::StrokeId> ids); // unknown ids are left out
     // Another sketch in the place of this one, its strokes in this order; nothing to undo then.
-    void reset(std::vector<vnt::sketch::StrokePtr> strokes);
+    void reset(std::vector<vnt::sketch::StrokePtr> strokes, bool isPlaced = false);
+
+    // Of a stroke that is being drawn, so that it can be kept: more of its ink, and the rest that this would end
+    // with. addInk() ends it, or dropInk() where nothing becomes of it.
+    void growInk(const vnt::sketch::Ink& more, const vnt::sketch::Ink& rest);
+    void dropInk();
 
     // Each one step. Ids of new strokes come from the model.
     vnt::sketch::StrokeId addInk(vnt::sketch::Ink ink, std::vector<vnt::sketch::Reading> readings);
@@ -45,9 +54,14 @@ public:
     void duplicate(const std::vector<vnt::sketch::StrokeId>& ids,
                    vnt::sketch::Vec2 offset); // selects the copies
     void addStrokes(std::vector<vnt::sketch::Stroke> strokes, const QString& text);
+    // The same of strokes that bring a place in the artwork along: until it is undone, all have one.
+    void addPlacedStrokes(std::vector<vnt::sketch::Stroke> strokes, const QString& text);
     void clear();
 
 signals:
+    // What happens between these is one: who keeps a copy keeps all of it, or nothing.
+    void stepBegan();
+    void stepEnded();
     // Each change to the document as it happens, undo and redo included; what keeps a copy follows these.
     void inserted(std::size_t index, const vnt::sketch::StrokePtr& stroke);
     void taken(const vnt::sketch::StrokePtr& stroke);
@@ -56,10 +70,27 @@ signals:
     void selectionChanged();
     void sheetIsToChange();                            // what is being drawn is of the one before: it ends
     void sheetChanged(const vnt::sketch::Affine& map); // every stroke is where it takes it; not replaced()
+    void placedChanged();
+    void inkGrew(const vnt::sketch::Ink& more, const vnt::sketch::Ink& rest);
+    void inkEnded(); // of what grew: it was inserted in this step, or there is none
 
 private:
     friend class SketchCommand; // changes the document, and says so
 
+    // What happens while it is there is one.
+    class Step {
+    public:
+        explicit Step(SketchModel& model);
+        Step(const Step&) = delete;
+        Step& operator=(const Step&) = delete;
+        ~Step();
+
+    private:
+        SketchModel& m_model;
+    };
+
+    void pushNew(std::vector<vnt::sketch::Stroke> strokes, const QString& text, bool arePlaced);
+    void countPlacing(int steps);
     void pushMove(const std::vector<vnt::sketch::StrokeId>& ids, const vnt::sketch::Affine& map,
                   int mergeMilliseconds);
 
@@ -67,5 +98,8 @@ private:
     vnt::sketch::Sheet m_sheet;
     QUndoStack m_undoStack;
     std::vector<vnt::sketch::StrokeId> m_selection;
+    bool m_isSheetPlaced = false;
+    int m_placingSteps = 0; // that are not undone
+    int m_openSteps = 0;
     int m_nudgePause_ms = 1000; // that begins another step
 };

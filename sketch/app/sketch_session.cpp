@@ -31,6 +31,7 @@ Affine mapBetween(const Sheet& before, const Sheet& after)
 std::vector<StrokeId> idsOf(const std::vector<StrokePtr>& strokes)
 {
     std::vector<StrokeId> ids;
+    ids.reserve(strokes.size());
     for (const StrokePtr& stroke : strokes)
         ids.push_back(stroke->id);
     return ids;
@@ -39,7 +40,7 @@ std::vector<StrokeId> idsOf(const std::vector<StrokePtr>& strokes)
 } // namespace
 
 SketchSession::SketchSession(const QString& journalFolder, QObject* parent)
-    : QObject(parent), m_journal(m_model, journalFolder)
+    : QObject(parent), m_journal(m_model, journalFolder), m_curves(m_model)
 {
     connect(&m_link, &LinkServer::requested, this, &SketchSession::takeSheetOf);
     connect(&m_link, &LinkServer::answered, this, &SketchSession::noteAnswered);
@@ -52,6 +53,11 @@ SketchSession::~SketchSession()
 {
     end();
     m_model.undoStack().disconnect(this); // it tells of its own end
+}
+
+CubicsOf SketchSession::cubics()
+{
+    return [this](const StrokePtr& stroke) { return m_curves.of(stroke); };
 }
 
 bool SketchSession::mayAnswer()
@@ -71,7 +77,7 @@ bool SketchSession::send()
         return false;
     }
     const auto& strokes = m_model.document().strokes();
-    const std::string line = answer_of(strokes, m_model.sheet());
+    const std::string line = answer_of(strokes, m_model.sheet(), cubics());
     m_answer = Answer{false, strokes.size(), strokes};
     m_editorSheet.reset();
     const bool isTaken = m_link.answer(QByteArray(line.data(), static_cast<qsizetype>(line.size())));
@@ -158,9 +164,9 @@ void SketchSession::takeSheetOf(const Request& request)
 // What has no place in the artwork stays where it is on the screen, and has one from now on.
 void SketchSession::moveOnto(const Sheet& sheet)
 {
-    const Affine map = m_isPlaced ? mapBetween(m_model.sheet(), sheet) : Affine();
-    m_isPlaced = true;
+    const Affine map = m_model.isPlaced() ? mapBetween(m_model.sheet(), sheet) : Affine();
     StrokeMapping mapping = m_model.changeSheet(sheet, map);
+    m_model.setPlaced(true);
     for (auto* const kept : {&m_sent, &m_saved}) {
         if (*kept)
             mapping.apply(**kept); // with the view alone nothing was changed
@@ -202,7 +208,7 @@ void SketchSession::newSheet()
     forget({});
     m_model.reset({});
     m_model.setSheet(m_editorSheet.value_or(ownSheet()));
-    m_isPlaced = m_editorSheet.has_value();
+    m_model.setPlaced(m_editorSheet.has_value());
 }
 
 FileProblem SketchSession::open(const QString& file)
@@ -213,9 +219,9 @@ FileProblem SketchSession::open(const QString& file)
     std::vector<StrokePtr> strokes;
     for (Stroke& stroke : std::get<std::vector<Stroke>>(read))
         strokes.push_back(std::make_shared<const Stroke>(std::move(stroke)));
-    m_isPlaced = m_isPlaced || !strokes.empty();
     forget(file);
-    m_model.reset(std::move(strokes));
+    const bool isPlaced = m_model.isPlaced() || !strokes.empty();
+    m_model.reset(std::move(strokes), isPlaced);
     m_saved = m_model.document().strokes();
     noteState();
     return {};
@@ -227,16 +233,15 @@ FileProblem SketchSession::insert(const QString& file)
     if (auto* problem = std::get_if<FileProblem>(&read))
         return *problem;
     const std::size_t before = m_model.document().strokes().size();
-    m_model.addStrokes(std::get<std::vector<Stroke>>(std::move(read)), tr("Insert"));
+    m_model.addPlacedStrokes(std::get<std::vector<Stroke>>(std::move(read)), tr("Insert"));
     const auto& strokes = m_model.document().strokes();
-    m_isPlaced = m_isPlaced || strokes.size() > before;
     m_model.setSelection(idsOf({strokes.begin() + static_cast<std::ptrdiff_t>(before), strokes.end()}));
     return {};
 }
 
 FileProblem SketchSession::save(const QString& file)
 {
-    const FileProblem problem = writeSketch(file, m_model.document().strokes(), m_model.sheet());
+    FileProblem problem = writeSketch(file, m_model.document().strokes(), m_model.sheet(), cubics());
     if (problem.sentence.isEmpty()) {
         m_saved = m_model.document().strokes();
         m_file = file;
@@ -250,7 +255,8 @@ bool SketchSession::recover(const QString& journalFile)
     if (!m_journal.recover(journalFile))
         return false;
     forget({});
-    m_isPlaced = !is_own(m_model.sheet());
+    if (!is_own(m_model.sheet()))
+        m_model.setPlaced(true); // an older journal does not say so
     if (m_editorSheet)
         moveOnto(*m_editorSheet); // the sketch comes onto the sheet that is asked for
     noteState();

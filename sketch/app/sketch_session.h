@@ -5,6 +5,7 @@
 // Errors: in words, by the results and by said(); nothing is lost by any of them.
 #pragma once
 
+#include "sketch/app/answer_curves.h"
 #include "sketch/app/link_server.h"
 #include "sketch/app/sketch_files.h"
 #include "sketch/app/sketch_journal.h"
@@ -27,6 +28,7 @@ public:
     SketchModel& model() { return m_model; }
     LinkServer& link() { return m_link; }
     SketchJournal& journal() { return m_journal; }
+    AnswerCurves& curves() { return m_curves; }
 
     // To the editor whose turn it is; of no strokes an empty figure. False when none waits, or it turns out to
     // be gone. True says that the answer is on its way: it is sent when the link has handed over all of it.
@@ -75,6 +77,7 @@ private:
         std::optional<std::vector<vnt::sketch::StrokePtr>> sketch; // while it is the one on the sheet
     };
 
+    vnt::sketch::CubicsOf cubics();
     bool mayAnswer();
     void noteAnswered();
     void noteEditorLeft();
@@ -86,6 +89,7 @@ private:
 
     SketchModel m_model;
     SketchJournal m_journal;
+    AnswerCurves m_curves;
     LinkServer m_link;
     std::optional<vnt::sketch::Sheet> m_editorSheet; // of the editor that waits
     std::optional<Answer> m_answer;
@@ -94,7 +98,4 @@ private:
     bool m_wasCancelled = false;
     QString m_file;
     double m_ownGrid = 0;
-    // The strokes have a place in the artwork: drawn on an editor's sheet, or read from a file. Those drawn on a
-    // sheet of one's own have none.
-    bool m_isPlaced = false;
 };

@@ -42,18 +42,10 @@ double distanceOfPieces(Vec2 a, Vec2 b, Vec2 c, Vec2 d)
 
 } // namespace
 
-QPainterPath painterPath(const Path& cubics, bool closed)
+QRectF boxOf(const Path& places)
 {
-    QPainterPath path;
-    for (std::size_t i = 0; i + 3 < cubics.size(); i += 4) {
-        if (i == 0)
-            path.moveTo(cubics[0].x, cubics[0].y);
-        path.cubicTo(cubics[i + 1].x, cubics[i + 1].y, cubics[i + 2].x, cubics[i + 2].y, cubics[i + 3].x,
-                     cubics[i + 3].y);
-    }
-    if (closed && !path.isEmpty())
-        path.closeSubpath();
-    return path;
+    const Box box = vnt::sketch::box_of(places);
+    return {box.least.x, box.least.y, box.width(), box.height()};
 }
 
 bool isClosed(const Shape& shape)
@@ -73,12 +65,10 @@ StrokeArt::StrokeArt(StrokePtr its) : stroke(std::move(its))
         line = std::move(seen.places);
         pressures = std::move(seen.pressures);
     } else {
-        const Path cubics = vnt::sketch::cubics_of(stroke->shape, kCurveTolerance);
-        curve = painterPath(cubics, isClosed(stroke->shape));
-        line = vnt::sketch::flattened(cubics, kLineTolerance);
+        curve = vnt::sketch::cubics_of(stroke->shape, kCurveTolerance);
+        line = vnt::sketch::flattened(curve, kLineTolerance);
     }
-    const Box around = vnt::sketch::box_of(line);
-    box = QRectF(around.least.x, around.least.y, around.width(), around.height());
+    box = boxOf(line);
 }
 
 double StrokeArt::distanceFrom(Vec2 p, double reach) const
@@ -110,19 +100,10 @@ bool StrokeArt::isCrossed(Vec2 a, Vec2 b, double reach) const
     return false;
 }
 
-StrokeArts::Arts::iterator StrokeArts::place(StrokeId id)
-{
-    // What changes is what was drawn last, mostly.
-    const auto from =
-        std::find_if(m_arts.rbegin(), m_arts.rend(), [id](const auto& art) { return art->stroke->id == id; });
-    return from == m_arts.rend() ? m_arts.end() : std::prev(from.base());
-}
-
 const StrokeArt* StrokeArts::find(StrokeId id) const
 {
-    const auto found =
-        std::find_if(m_arts.rbegin(), m_arts.rend(), [id](const auto& art) { return art->stroke->id == id; });
-    return found == m_arts.rend() ? nullptr : found->get();
+    const auto found = m_ofId.find(id);
+    return found == m_ofId.end() ? nullptr : found->second;
 }
 
 const StrokeArt* StrokeArts::topmostAt(Vec2 p, double reach) const
@@ -143,36 +124,43 @@ QRectF StrokeArts::box() const
     }
     if (corners.empty())
         return {};
-    const Box around = vnt::sketch::box_of(corners);
-    return {around.least.x, around.least.y, around.width(), around.height()};
+    return boxOf(corners);
 }
 
 void StrokeArts::reset(const std::vector<StrokePtr>& strokes)
 {
     m_arts.clear();
+    m_ofId.clear();
     m_arts.reserve(strokes.size());
     for (const StrokePtr& stroke : strokes)
-        m_arts.push_back(std::make_unique<StrokeArt>(stroke));
+        insert(m_arts.size(), stroke);
 }
 
 const StrokeArt& StrokeArts::insert(std::size_t index, const StrokePtr& stroke)
 {
     const auto at = m_arts.begin() + static_cast<std::ptrdiff_t>(std::min(index, m_arts.size()));
-    return **m_arts.insert(at, std::make_unique<StrokeArt>(stroke));
+    StrokeArt& art = **m_arts.insert(at, std::make_unique<StrokeArt>(stroke));
+    m_ofId[stroke->id] = &art;
+    return art;
 }
 
 void StrokeArts::take(StrokeId id)
 {
-    const auto at = place(id);
-    if (at != m_arts.end())
-        m_arts.erase(at);
+    const auto found = m_ofId.find(id);
+    if (found == m_ofId.end())
+        return;
+    // What goes is what was drawn last, mostly.
+    const auto at = std::find_if(m_arts.rbegin(), m_arts.rend(),
+                                 [&](const auto& art) { return art.get() == found->second; });
+    m_ofId.erase(found);
+    m_arts.erase(std::prev(at.base()));
 }
 
 const StrokeArt* StrokeArts::replace(const StrokePtr& stroke)
 {
-    const auto at = place(stroke->id);
-    if (at == m_arts.end())
+    const auto found = m_ofId.find(stroke->id);
+    if (found == m_ofId.end())
         return nullptr;
-    *at = std::make_unique<StrokeArt>(stroke);
-    return at->get();
+    *found->second = StrokeArt(stroke);
+    return found->second;
 }

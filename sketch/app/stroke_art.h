@@ -7,14 +7,13 @@
 #include "sketch/core/ink_line.h"
 #include "sketch/core/sketch_document.h"
 
-#include <QPainterPath>
 #include <QRectF>
 
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
-// Cubic segments of 4 points each.
-QPainterPath painterPath(const vnt::sketch::Path& cubics, bool closed);
+QRectF boxOf(const vnt::sketch::Path& places); // of a line's, or of the points that hold a curve
 bool isClosed(const vnt::sketch::Shape& shape);
 
 struct StrokeArt {
@@ -27,7 +26,7 @@ struct StrokeArt {
     bool isCrossed(vnt::sketch::Vec2 a, vnt::sketch::Vec2 b, double reach) const;
 
     vnt::sketch::StrokePtr stroke;
-    QPainterPath curve;           // of its shape; empty for ink
+    vnt::sketch::Path curve;      // of its shape, cubic segments of 4 points each; empty for ink
     vnt::sketch::Path line;       // within a tenth of a pixel of what is seen; of ink, what is seen
     std::vector<float> pressures; // of ink: at each place of line
     QRectF box;                   // of line, without the width of a pen
@@ -48,7 +47,6 @@ public:
     const StrokeArt* replace(const vnt::sketch::StrokePtr& stroke);
 
 private:
-    Arts::iterator place(vnt::sketch::StrokeId id);
-
     Arts m_arts;
+    std::unordered_map<vnt::sketch::StrokeId, StrokeArt*> m_ofId;
 };

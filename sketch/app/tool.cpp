@@ -15,12 +15,14 @@ std::vector<Kind> kindsOf(Tool tool)
     switch (tool) {
     case Tool::line: return {Kind::line};
     case Tool::polyline: return {Kind::polyline};
+    case Tool::triangle: return {Kind::triangle};
     case Tool::rectangle: return {Kind::rectangle, Kind::square};
     case Tool::polygon:
         return {Kind::polygon, Kind::triangle, Kind::quadrilateral, Kind::rectangle, Kind::square};
     case Tool::circle: return {Kind::circle};
     case Tool::arc: return {Kind::arc, Kind::elliptic_arc};
     case Tool::ellipse: return {Kind::ellipse};
+    case Tool::ellipticArc: return {Kind::elliptic_arc, Kind::arc};
     case Tool::freeCurve: return {Kind::free_curve};
     case Tool::pen:
     case Tool::eraser:

@@ -7,14 +7,14 @@ endif()
 
 # All of the program but its main; the tests link it too.
 add_library(vnt_sketch_window STATIC
-  actions.cpp appearance.cpp desktop_wishes.cpp end_signals.cpp file_desk.cpp icon_label.cpp icons.cpp
-  journal_file.cpp keys_dialog.cpp link_panel.cpp log_file.cpp main_window.cpp main_window_wiring.cpp notice_area.cpp
-  options_bar.cpp picture_export.cpp preferences_dialog.cpp program_options.cpp questions.cpp settings_store.cpp
+  actions.cpp answer_curves.cpp appearance.cpp desktop_wishes.cpp end_signals.cpp file_desk.cpp icon_label.cpp icons.cpp
+  journal_file.cpp journal_folder.cpp keys_dialog.cpp link_panel.cpp log_file.cpp main_window.cpp
+  main_window_wiring.cpp notice_area.cpp options_bar.cpp outline_text.cpp picture_export.cpp preferences_dialog.cpp program_options.cpp questions.cpp settings_store.cpp
   sketch_files.cpp sketch_journal.cpp sketch_session.cpp status_panel.cpp tools.cpp translations.cpp)
 add_library(vnt::sketch_window ALIAS vnt_sketch_window)
 target_sources(vnt_sketch_window PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES
-  actions.h appearance.h desktop_wishes.h end_signals.h file_desk.h icon_label.h icons.h journal_file.h keys_dialog.h
-  link_panel.h log_file.h main_window.h notice_area.h options_bar.h picture_export.h preferences_dialog.h
+  actions.h answer_curves.h appearance.h desktop_wishes.h end_signals.h file_desk.h icon_label.h icons.h journal_file.h
+  journal_folder.h keys_dialog.h link_panel.h log_file.h main_window.h notice_area.h options_bar.h outline_text.h picture_export.h preferences_dialog.h
   program_options.h questions.h settings_store.h sketch_files.h sketch_journal.h sketch_session.h status_panel.h
   tools.h translations.h)
 target_compile_features(vnt_sketch_window PUBLIC cxx_std_20)

@@ -27,9 +27,8 @@ public:
     {
     }
 
-    void add(const Stroke& stroke)
+    void add(const Stroke& stroke, Path cubics)
     {
-        Path cubics = cubics_of(stroke, kAnswerTolerance);
         for (Vec2& p : cubics) {
             p = sheet_.sheet_to_model(p);
             p = {decimals_(p.x), decimals_(p.y)};
@@ -149,12 +148,12 @@ private:
 
 } // namespace
 
-std::string answer_of(const std::vector<StrokePtr>& strokes, const Sheet& sheet)
+std::string answer_of(const std::vector<StrokePtr>& strokes, const Sheet& sheet, const CubicsOf& cubics)
 {
     AnswerWriter writer(sheet);
     for (const StrokePtr& stroke : strokes) {
         if (stroke != nullptr)
-            writer.add(*stroke);
+            writer.add(*stroke, cubics ? cubics(stroke) : cubics_of(*stroke, kAnswerTolerance));
     }
     return writer.finished();
 }

@@ -9,11 +9,16 @@
 #include "sketch/core/request.h"
 #include "sketch/core/stroke.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vnt::sketch {
+
+// The cubics_of a stroke with kAnswerTolerance, as somebody has them already: for ink they take longer than all
+// else.
+using CubicsOf = std::function<Path(const StrokePtr& stroke)>;
 
 // The document, without its line feed; "<vant></vant>" of no strokes.
 //
@@ -21,7 +26,7 @@ namespace vnt::sketch {
 //           with kAnswerTolerance. A line, a circle, an ellipse or an arc is sent as such where the plug-in
 //           would draw it so well, and as a free curve in groups of four where it would not: small arcs, arcs
 //           on a view whose tolerance does not bound them, whole figures too large for four quarters.
-std::string answer_of(const std::vector<StrokePtr>& strokes, const Sheet& sheet);
+std::string answer_of(const std::vector<StrokePtr>& strokes, const Sheet& sheet, const CubicsOf& cubics = {});
 
 // The strokes of a document, one for each `shape` that draws something, on the sheet; without ink and with
 // ids from first_id on. They are what the plug-in would draw: several primitives are one path, with a

@@ -24,11 +24,9 @@ int chords_of(const RoundedStep& bend)
     return static_cast<int>(std::clamp(std::ceil(std::sqrt(0.75 * turn / kFlatness)), 1.0, kMostChords));
 }
 
-} // namespace
-
-InkLine ink_line(const Ink& ink)
+// From one point of the clean ink to another, both among them.
+InkLine line_between(const Ink& clean, std::size_t first, std::size_t last)
 {
-    const Ink clean = clean_ink(ink);
     Path path;
     path.reserve(clean.size());
     for (const InkPoint& point : clean)
@@ -38,9 +36,9 @@ InkLine ink_line(const Ink& ink)
         line.places.push_back(place);
         line.pressures.push_back(static_cast<float>(pressure));
     };
-    for (std::size_t i = 0; i < path.size(); ++i) {
+    for (std::size_t i = first; i <= last; ++i) {
         add(path[i], clean[i].pressure);
-        if (path.size() < 3 || i + 1 == path.size() || !(distance(path[i], path[i + 1]) > kLongInkStep))
+        if (path.size() < 3 || i == last || !(distance(path[i], path[i + 1]) > kLongInkStep))
             continue;
         const RoundedStep bend = rounded_step(path, i);
         const int chords = chords_of(bend);
@@ -52,6 +50,39 @@ InkLine ink_line(const Ink& ink)
     line.places.shrink_to_fit();
     line.pressures.shrink_to_fit();
     return line;
+}
+
+// The ink with each point's number in the place of its time, which has no say in how ink is cleaned.
+Ink numbered(const Ink& ink, std::size_t from, std::size_t to)
+{
+    Ink part(ink.begin() + static_cast<std::ptrdiff_t>(from), ink.begin() + static_cast<std::ptrdiff_t>(to));
+    for (InkPoint& point : part)
+        point.time_ms = static_cast<double>(from++);
+    return part;
+}
+
+} // namespace
+
+InkLine ink_line(const Ink& ink)
+{
+    const Ink clean = clean_ink(ink);
+    return clean.empty() ? InkLine() : line_between(clean, 0, clean.size() - 1);
+}
+
+InkLine ink_line_part(const Ink& ink, std::size_t from, std::size_t to)
+{
+    const std::size_t begin = from - std::min(from, kAroundPart);
+    const std::size_t end = std::min(ink.size(), to + kAroundPart);
+    const Ink clean = clean_ink(numbered(ink, begin, end));
+    if (clean.empty())
+        return {};
+    const auto at = [&](std::size_t number) { // or the next, or the last
+        const auto found = std::find_if(clean.begin(), clean.end(), [&](const InkPoint& point) {
+            return point.time_ms >= static_cast<double>(number);
+        });
+        return static_cast<std::size_t>(found - clean.begin()) - (found == clean.end() ? 1 : 0);
+    };
+    return line_between(clean, at(from), at(to));
 }
 
 } // namespace vnt::sketch

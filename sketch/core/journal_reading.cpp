@@ -34,6 +34,15 @@ public:
 
     void expect(std::string_view expected) { is_bad_ |= word() != expected; }
 
+    // Reads the word if it is the next one.
+    bool try_word(std::string_view wanted)
+    {
+        if (!has_more() || rest_.substr(0, rest_.find(' ')) != wanted)
+            return false;
+        word();
+        return true;
+    }
+
     // Which of two words comes.
     bool either(std::string_view yes, std::string_view no)
     {
@@ -140,9 +149,8 @@ Shape shape_in(Words& words)
     return std::monostate();
 }
 
-Ink ink_in(Words& words)
+Ink points_in(Words& words)
 {
-    words.expect("ink");
     Ink ink(words.count(4));
     for (InkPoint& point : ink)
         for (double* const number : {&point.x, &point.y, &point.time_ms, &point.pressure})
@@ -157,7 +165,8 @@ StrokePtr stroke_in(Words& words)
     stroke->id = words.any_number<StrokeId>();
     stroke->kind = kind_in(words);
     stroke->shape = shape_in(words);
-    stroke->ink = ink_in(words);
+    words.expect("ink");
+    stroke->ink = points_in(words);
     words.expect("readings");
     for (std::size_t left = words.count(3); left > 0 && !words.is_bad(); --left) {
         Reading reading;
@@ -183,21 +192,34 @@ bool is_kept(const Stroke& stroke)
                        [&](const Reading& reading) { return is_kept_shape(reading.shape); });
 }
 
+// What has been read, and of a stroke in progress its ink and what this would end with.
+struct Replay {
+    JournalReading reading;
+    Stroke drawn;
+    Stroke rest;
+};
+
 // All strokes or none: false when the map leaves of one what no journal holds.
-bool move_strokes(SketchDocument& document, const Affine& map)
+bool move_strokes(Replay& replay, const Affine& map)
 {
     std::vector<StrokePtr> moved;
-    for (const StrokePtr& stroke : document.strokes()) {
+    for (const StrokePtr& stroke : replay.reading.document.strokes()) {
         moved.push_back(std::make_shared<const Stroke>(mapped(*stroke, map, stroke->id)));
         if (!is_kept(*moved.back()))
             return false;
     }
+    Stroke drawn = mapped(replay.drawn, map, 0);
+    Stroke rest = mapped(replay.rest, map, 0);
+    if (!is_kept(drawn) || !is_kept(rest))
+        return false;
+    replay.drawn = std::move(drawn);
+    replay.rest = std::move(rest);
     for (StrokePtr& stroke : moved)
-        document.replace(std::move(stroke));
+        replay.reading.document.replace(std::move(stroke));
     return true;
 }
 
-bool read_sheet(Words& words, JournalReading& reading)
+bool read_sheet(Words& words, Replay& replay)
 {
     Sheet read;
     read.width = words.number();
@@ -210,42 +232,97 @@ bool read_sheet(Words& words, JournalReading& reading)
         grid.grid_to_sheet = words.map();
         read.grid = grid;
     }
+    const bool is_placed = words.try_word("placed");
     std::optional<Affine> map;
     if (words.has_more()) {
         words.expect("map");
         map = words.map();
     }
-    if (!words.is_read_through() || (map && (!try_inverse(*map) || !move_strokes(reading.document, *map))))
+    if (!words.is_read_through() || (map && (!try_inverse(*map) || !move_strokes(replay, *map))))
         return false;
-    reading.sheet = read;
+    replay.reading.sheet = read;
+    replay.reading.placed = is_placed;
     return true;
 }
 
-// False when the line is malformed, or does not fit the sketch; that stays as it was.
-bool read_change(std::string_view line, JournalReading& reading)
+bool read_insert(Words& words, JournalReading& reading)
 {
-    Words words(line);
+    auto index = words.any_number<std::size_t>();
+    if (reading.skipped > 0)
+        index = std::min(index, reading.document.strokes().size());
+    StrokePtr stroke = stroke_in(words);
+    return index <= reading.document.strokes().size() && reading.document.insert(index, std::move(stroke));
+}
+
+bool read_draw(Words& words, Replay& replay)
+{
+    const Ink more = points_in(words);
+    words.expect("rest");
+    Ink rest = points_in(words);
+    if (!words.is_read_through())
+        return false;
+    replay.drawn.ink.insert(replay.drawn.ink.end(), more.begin(), more.end());
+    replay.rest.ink = std::move(rest);
+    return true;
+}
+
+void lift(Replay& replay)
+{
+    replay.drawn.ink.clear();
+    replay.rest.ink.clear();
+}
+
+// False when the change is malformed, or does not fit the sketch; that stays as it was.
+bool read_change(std::string_view text, Replay& replay)
+{
+    SketchDocument& document = replay.reading.document;
+    Words words(text);
     const std::string_view change = words.word();
-    if (change == "insert") {
-        auto index = words.any_number<std::size_t>();
-        if (reading.skipped > 0)
-            index = std::min(index, reading.document.strokes().size());
-        StrokePtr stroke = stroke_in(words);
-        return index <= reading.document.strokes().size() &&
-               reading.document.insert(index, std::move(stroke));
-    }
+    if (change == "insert")
+        return read_insert(words, replay.reading);
     if (change == "replace")
-        return reading.document.replace(stroke_in(words));
+        return document.replace(stroke_in(words));
     if (change == "take") {
         const auto id = words.any_number<StrokeId>();
-        return words.is_read_through() && reading.document.take(id);
+        return words.is_read_through() && document.take(id);
     }
     if (change == "sheet")
-        return read_sheet(words, reading);
-    if (change != "clear" || !words.is_read_through())
+        return read_sheet(words, replay);
+    if (change == "draw")
+        return read_draw(words, replay);
+    if ((change != "clear" && change != "lift") || !words.is_read_through())
         return false;
-    reading.document.clear();
+    if (change == "clear")
+        document.clear();
+    else
+        lift(replay);
     return true;
+}
+
+void read_changes(std::string_view line, Replay& replay)
+{
+    for (;;) {
+        const std::size_t end = line.find(kTogether);
+        if (!read_change(line.substr(0, end), replay))
+            ++replay.reading.skipped;
+        if (end == std::string_view::npos)
+            return;
+        line.remove_prefix(end + 1);
+    }
+}
+
+// What was being drawn when the text ended.
+void keep_unfinished(Replay& replay)
+{
+    Stroke stroke = std::move(replay.drawn);
+    stroke.ink.insert(stroke.ink.end(), replay.rest.ink.begin(), replay.rest.ink.end());
+    if (stroke.ink.empty())
+        return;
+    SketchDocument& document = replay.reading.document;
+    stroke.id = document.new_id();
+    const StrokeId id = stroke.id;
+    if (document.insert(document.strokes().size(), std::make_shared<const Stroke>(std::move(stroke))))
+        replay.reading.unfinished = id;
 }
 
 // The next line, without its line feed, taken off the text. None when the text has no whole one.
@@ -263,7 +340,8 @@ std::optional<std::string_view> take_line(std::string_view& text)
 
 JournalReading read_journal(std::string_view text)
 {
-    JournalReading reading;
+    Replay replay;
+    JournalReading& reading = replay.reading;
     std::string_view rest = text;
     reading.known = take_line(rest) == kJournalHead;
     while (reading.known && !text.empty()) {
@@ -271,11 +349,11 @@ JournalReading read_journal(std::string_view text)
         const std::optional<std::string_view> line = take_line(rest);
         if (!line)
             break;
-        if (!read_change(*line, reading))
-            ++reading.skipped;
+        read_changes(*line, replay);
     }
     reading.whole = text.empty() && reading.skipped == 0;
-    return reading;
+    keep_unfinished(replay);
+    return std::move(replay.reading);
 }
 
 } // namespace vnt::sketch

@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cstdint>
+#include <iterator>
 #include <type_traits>
 
 namespace vnt::sketch {
@@ -95,7 +96,6 @@ bool is_finite(const InkPoint& point)
 
 void write(Line& line, const Ink& ink)
 {
-    line.word("ink");
     line.number(
         std::count_if(ink.begin(), ink.end(), [](const InkPoint& point) { return is_finite(point); }));
     for (const InkPoint& point : ink) {
@@ -112,6 +112,7 @@ void write(Line& line, const Stroke& stroke)
     line.number(stroke.id);
     write(line, stroke.kind);
     write(line, stroke.shape);
+    line.word("ink");
     write(line, stroke.ink);
     line.word("readings");
     line.number(stroke.readings.size());
@@ -161,7 +162,7 @@ std::string journal_replace(const Stroke& stroke)
 
 std::string journal_clear() { return Line("clear").ended(); }
 
-std::string journal_sheet(const Sheet& given, const Affine& map)
+std::string journal_sheet(const Sheet& given, const Affine& map, bool placed)
 {
     const Sheet sheet = kept(given);
     Line line("sheet");
@@ -173,11 +174,31 @@ std::string journal_sheet(const Sheet& given, const Affine& map)
         line.number(sheet.grid->subdivisions);
         line.map(sheet.grid->grid_to_sheet);
     }
+    if (placed)
+        line.word("placed");
     if (map != Affine() && try_inverse(map)) {
         line.word("map");
         line.map(map);
     }
     return std::move(line).ended();
+}
+
+std::string journal_draw(const Ink& more, const Ink& rest)
+{
+    Line line("draw");
+    write(line, more);
+    line.word("rest");
+    write(line, rest);
+    return std::move(line).ended();
+}
+
+std::string journal_lift() { return Line("lift").ended(); }
+
+std::string journal_together(std::string lines)
+{
+    if (!lines.empty())
+        std::replace(lines.begin(), std::prev(lines.end()), '\n', kTogether);
+    return lines;
 }
 
 } // namespace vnt::sketch

@@ -12,6 +12,9 @@ namespace vnt::sketch {
 
 constexpr std::string_view kJournalHead = "vant-sketch-journal 1";
 
+// Between changes that are made together; no word has it in it.
+constexpr char kTogether = ';';
+
 // Words of files that are kept: they stay, whatever people are shown (name_of).
 struct KindWord {
     Kind kind;

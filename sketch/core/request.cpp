@@ -20,14 +20,18 @@ constexpr int kLargestEdge = 32767;
 constexpr const char* kMatrixNames[] = {"m00", "m01", "m02", "m03", "m10", "m11", "m12", "m13",
                                         "m20", "m21", "m22", "m23", "m30", "m31", "m32", "m33"};
 
-std::string quoted(std::string_view text)
+// What comes from the other side, so that a line of the log stays one, and short: the beginning of it, a
+// question mark for whatever is no letter, digit or sign.
+std::string shown(std::string_view text)
 {
     constexpr std::size_t kShown = 40;
-    std::string shown = "\"";
+    std::string shown;
     for (const char c : text.substr(0, kShown))
         shown += c >= ' ' && c <= '~' ? c : '?';
-    return shown + (text.size() > kShown ? "...\"" : "\"");
+    return shown + (text.size() > kShown ? "..." : "");
 }
+
+std::string quoted(std::string_view text) { return "\"" + shown(text) + "\""; }
 
 // Reads one thing after the other; the first that is not as it should be is the problem, and what is read
 // after it has no meaning.
@@ -164,7 +168,7 @@ Result<Request> read_request(std::string_view line)
         reader.fail("its line of " + std::to_string(line.size()) +
                     " bytes is no whole XML document: " + quoted(line));
     else if (root.name() != std::string_view("vant"))
-        reader.fail("its outermost element is <" + std::string(root.name()) + ">, not <vant>");
+        reader.fail("its outermost element is <" + shown(root.name()) + ">, not <vant>");
     if (reader.has_failed())
         return reader.problem();
 

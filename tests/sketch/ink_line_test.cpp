@@ -112,6 +112,57 @@ TEST(InkLine, StaysBehindItsLastPointsWhenItGoesOn)
     }
 }
 
+// With spikes, rests, and steps long and short.
+Ink uneven_ink(std::size_t count)
+{
+    Seeded seeded(11);
+    Ink ink;
+    Vec2 at{300, 300};
+    while (ink.size() < count) {
+        const double step = ink.size() % 50 < 20 ? 1 : 15;
+        at = at + Vec2{seeded.between(-step, step), seeded.between(-step, step)};
+        const double far = ink.size() % 23 == 7 ? 400 : 0;
+        ink.push_back({at.x + far, at.y, 0, seeded.between(0, 1)});
+        if (ink.size() % 31 == 0)
+            ink.push_back(ink.back());
+        if (ink.size() % 97 == 0)
+            ink.push_back({std::numeric_limits<double>::quiet_NaN(), 0, 0, 1});
+    }
+    ink.resize(count);
+    return ink;
+}
+
+TEST(InkLine, IsItsPartsOneAfterAnother)
+{
+    for (const std::size_t count : {1U, 2U, 30U, 501U}) {
+        const Ink ink = uneven_ink(count);
+        const InkLine whole = ink_line(ink);
+        for (const std::size_t step : {1U, 7U, 64U}) {
+            InkLine joined;
+            for (std::size_t from = 0; from < count; from += step) {
+                const InkLine part = ink_line_part(ink, from, std::min(from + step, count));
+                if (!joined.places.empty()) { // the place that they have in common
+                    ASSERT_EQ(joined.places.back(), part.places.front()) << from;
+                    joined.places.pop_back();
+                    joined.pressures.pop_back();
+                }
+                joined.places.insert(joined.places.end(), part.places.begin(), part.places.end());
+                joined.pressures.insert(joined.pressures.end(), part.pressures.begin(), part.pressures.end());
+            }
+            EXPECT_EQ(joined.places, whole.places) << count << " points by " << step;
+            EXPECT_EQ(joined.pressures, whole.pressures) << count << " points by " << step;
+        }
+    }
+}
+
+TEST(InkLine, OfAPartLooksNoFurtherThanItSays)
+{
+    const Ink ink = uneven_ink(501);
+    const auto near = ink.begin() + 200 - static_cast<std::ptrdiff_t>(kAroundPart);
+    const Ink cut(near, near + 2 * static_cast<std::ptrdiff_t>(kAroundPart) + 50);
+    EXPECT_EQ(ink_line_part(cut, kAroundPart, kAroundPart + 50).places, ink_line_part(ink, 200, 250).places);
+}
+
 // The mouse was slow at the corner, and fast behind it.
 TEST(InkLine, OfACornerIsNoSwing)
 {

@@ -348,6 +348,16 @@ const BadLineCase kBadLines[] = {
     {"OfASheetWithAFlatMap",             "sheet 1 2 1 0 0 1 0 0 1 none map 1 0 1 0 0 0"},
     {"OfASheetWithAWordTooMany",         "sheet 1 2 1 0 0 1 0 0 1 none map 1 0 0 1 0 0 0"},
     {"OfASheetOfNoNumbers",              "sheet nan 2 1 0 0 1 0 0 1 none"},
+    {"OfADrawWithoutItsRest",            "draw 1 0 0 0 1"},
+    {"OfADrawWithHalfAPoint",            "draw 1 0 0 rest 0"},
+    {"OfADrawThatIsNoNumber",            "draw 1 0 0 0 nan rest 0"},
+    {"OfADrawWithAHugeCount",            "draw 18446744073709551615 0 0 0 1 rest 0"},
+    {"OfADrawWithAWordTooMany",          "draw 0 rest 0 0"},
+    {"OfALiftWithAWordTooMany",          "lift 1"},
+    {"OfAPlacedSheetWithAWordTooMany",   "sheet 1 2 1 0 0 1 0 0 1 none placed placed"},
+    {"OfASheetPlacedBehindItsMap",       "sheet 1 2 1 0 0 1 0 0 1 none map 1 0 0 1 0 0 placed"},
+    {"OfASheetWithABlankBehind",         "sheet 1 2 1 0 0 1 0 0 1 none "},
+    {"ThatEndsWithinAStep",              "replace 2 ink none ink 0 readings 0;"},
     {"WithANulByte",                     std::string("take 1\0", 7)},
 };
 // clang-format on

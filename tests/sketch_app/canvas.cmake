@@ -5,7 +5,7 @@ if(NOT TARGET Qt6::Test)
   return()
 endif()
 
-foreach(unit canvas_view shape_adjusting sketch_model)
+foreach(unit canvas_view line_coverage many_strokes shape_adjusting stroke_painter sketch_model)
   vnt_add_test(${unit} LABEL sketch LINKS vnt::sketch_canvas)
 endforeach()
 foreach(unit canvas_ink canvas_reading canvas_snapping canvas_input canvas_editing

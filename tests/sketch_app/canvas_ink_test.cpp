@@ -215,6 +215,42 @@ TEST_F(CanvasInk, OfATouchAloneIsADot)
               0.99);
 }
 
+// Long enough for what is drawn to be kept; with crossings, spikes, and every pressure.
+TEST_F(CanvasInk, OfALongStrokeLooksTheSameWhenThePenIsLifted)
+{
+    change([](CanvasSettings& settings) { settings.inkWidth = 7; });
+    PaintedRegion painted(canvas);
+    const auto place = [](int i) {
+        const double far = i % 101 == 50 ? 300 : 40 + 0.2 * i;
+        return QPointF(400 + far * std::cos(0.31 * i), 300 + far * std::sin(0.29 * i));
+    };
+    pen.press(place(0), 0.5);
+    for (int i = 1; i <= 900; ++i) {
+        pen.move(place(i), 0.5 + 0.5 * std::sin(0.1 * i));
+        painted.paint();
+    }
+    const QImage drawn = picture();
+    const QImage again = picture();
+    EXPECT_EQ(difference(drawn, again), "");
+    pen.release(place(900));
+    ASSERT_EQ(count(), 1U);
+    ASSERT_GT(top()->ink.size(), 800U);
+    EXPECT_EQ(difference(drawn, picture()), "");
+}
+
+TEST_F(CanvasInk, OfALongStrokeGoesWhenItIsCancelled)
+{
+    const QImage empty = picture();
+    mouse.press({100, 100});
+    for (int i = 1; i <= 400; ++i)
+        mouse.move({100.0 + i, 100.0 + i % 50});
+    EXPECT_NE(difference(empty, picture()), "");
+    key(Qt::Key_Escape);
+    EXPECT_EQ(difference(empty, picture()), "");
+    mouse.draw(linePath({50, 300}, {400, 300}));
+    EXPECT_EQ(darkness(picture(), 200, 120), 0) << "what was cancelled does not come back";
+}
+
 // Every kind of change, each seen before the next: what is painted in pieces must be what is painted at once.
 TEST_F(CanvasInk, IsTheSameInPiecesAsAtOnce)
 {

@@ -35,22 +35,33 @@ const Path kBow = {
     {250, 121},
     {300, 100}
 };
+const Path kAngle = {
+    {100, 300},
+    {150, 200},
+    {200, 100},
+    {250, 200},
+    {300, 300}
+};
 const Path kCircle = circlePath({300, 300}, 80);
 const Path kSquare = boxPath({300, 300}, 100, 100);
 const Path kBox = boxPath({300, 300}, 200, 100);
 const Path kLine = linePath({100, 100}, {300, 150});
 // clang-format off
 const ToolCase kTools[] = {
-    {"ALineOfACircle",         Tool::line,      kCircle,                     Kind::line      },
-    {"APolylineOfABox",        Tool::polyline,  kBox,                        Kind::polyline  },
-    {"ARectangleOfACircle",    Tool::rectangle, kCircle,                     Kind::rectangle },
-    {"ARectangleOfASquare",    Tool::rectangle, kSquare,                     Kind::rectangle },
-    {"APolygonOfFourSides",    Tool::polygon,   kBox,                        Kind::rectangle },
-    {"ACircleOfABox",          Tool::circle,    kBox,                        Kind::circle    },
-    {"AnArcOfABow",            Tool::arc,       kBow,                        Kind::arc       },
-    {"AnEllipseOfACircle",     Tool::ellipse,   kCircle,                     Kind::ellipse   },
-    {"AFreeCurveOfALine",      Tool::freeCurve, kLine,                       Kind::free_curve},
-    {"ACircleHoweverSmall",    Tool::circle,    circlePath({300, 300}, 3),   Kind::circle    },
+    {"ALineOfACircle",         Tool::line,        kCircle,                   Kind::line        },
+    {"APolylineOfABox",        Tool::polyline,    kBox,                      Kind::polyline    },
+    {"ATriangleOfABox",        Tool::triangle,    kBox,                      Kind::triangle    },
+    {"ATriangleOfTwoSides",    Tool::triangle,    kAngle,                    Kind::triangle    },
+    {"ARectangleOfACircle",    Tool::rectangle,   kCircle,                   Kind::rectangle   },
+    {"ARectangleOfASquare",    Tool::rectangle,   kSquare,                   Kind::rectangle   },
+    {"APolygonOfFourSides",    Tool::polygon,     kBox,                      Kind::rectangle   },
+    {"ACircleOfABox",          Tool::circle,      kBox,                      Kind::circle      },
+    {"AnArcOfABow",            Tool::arc,         kBow,                      Kind::arc         },
+    {"AnEllipseOfACircle",     Tool::ellipse,     kCircle,                   Kind::ellipse     },
+    {"AnEllipticArcOfABow",    Tool::ellipticArc, kBow,                      Kind::elliptic_arc},
+    {"AnEllipticArcOfACircle", Tool::ellipticArc, kCircle,                   Kind::elliptic_arc},
+    {"AFreeCurveOfALine",      Tool::freeCurve,   kLine,                     Kind::free_curve  },
+    {"ACircleHoweverSmall",    Tool::circle,      circlePath({300, 300}, 3), Kind::circle      },
 };
 // clang-format on
 INSTANTIATE_TEST_SUITE_P(, CanvasTools, testing::ValuesIn(kTools),

@@ -277,12 +277,14 @@ struct KeyCase {
     Tool tool;
 };
 const KeyCase kToolKeys[] = {
-    {"LForALine",      Qt::Key_L, {}, Tool::line     },
-    {"CForACircle",    Qt::Key_C, {}, Tool::circle   },
-    {"XForTheEraser",  Qt::Key_X, {}, Tool::eraser   },
-    {"SForSelecting",  Qt::Key_S, {}, Tool::select   },
-    {"HForTheHand",    Qt::Key_H, {}, Tool::hand     },
-    {"FForAFreeCurve", Qt::Key_F, {}, Tool::freeCurve},
+    {"LForALine",         Qt::Key_L, {}, Tool::line       },
+    {"NForATriangle",     Qt::Key_N, {}, Tool::triangle   },
+    {"CForACircle",       Qt::Key_C, {}, Tool::circle     },
+    {"IForAnEllipticArc", Qt::Key_I, {}, Tool::ellipticArc},
+    {"XForTheEraser",     Qt::Key_X, {}, Tool::eraser     },
+    {"SForSelecting",     Qt::Key_S, {}, Tool::select     },
+    {"HForTheHand",       Qt::Key_H, {}, Tool::hand       },
+    {"FForAFreeCurve",    Qt::Key_F, {}, Tool::freeCurve  },
 };
 class ToolKeys : public MainWindows, public testing::WithParamInterface<KeyCase> {};
 TEST_P(ToolKeys, ChooseTheTool)

@@ -11,13 +11,20 @@ function(vnt_add_window_test unit)
     PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=offscreen ${arg_PROPERTIES})
 endfunction()
 
-foreach(unit appearance main_window picture_export sketch_files settings_store sketch_log sketch_session window_picture
-    window_offer window_view window_words)
+foreach(unit answer_curves appearance journal_drawing main_window picture_export session_place sketch_files
+    settings_store sketch_log sketch_session window_picture window_offer window_view window_words)
   vnt_add_window_test(${unit})
 endforeach()
 target_compile_definitions(sketch_files_test PRIVATE VNT_ANSWERS="${PROJECT_SOURCE_DIR}/examples/answers")
 target_link_libraries(picture_export_test PRIVATE Qt6::Svg)
-vnt_add_test(sketch_journal LABEL sketch LINKS vnt::sketch_window)
+# What another renderer shows of the pictures, where it is installed (Debian: librsvg2-bin).
+find_program(VNT_RSVG_CONVERT rsvg-convert DOC "librsvg's rsvg-convert")
+mark_as_advanced(VNT_RSVG_CONVERT)
+target_compile_definitions(picture_export_test PRIVATE
+  VNT_RSVG_CONVERT="$<$<BOOL:${VNT_RSVG_CONVERT}>:${VNT_RSVG_CONVERT}>")
+foreach(unit journal_folder journal_steps sketch_journal)
+  vnt_add_test(${unit} LABEL sketch LINKS vnt::sketch_window)
+endforeach()
 
 add_executable(drawing_program drawing_program.cpp)
 target_link_libraries(drawing_program PRIVATE vnt::sketch_window vnt_options)

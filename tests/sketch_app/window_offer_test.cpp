@@ -2,11 +2,16 @@
 #include "tests/sketch_app/shown_window.h"
 
 #include "sketch/app/file_desk.h"
+#include "sketch/app/questions.h"
+#include "sketch/core/journal_text.h"
 
 #include <gtest/gtest.h>
 
+#include <QMenu>
+
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -26,6 +31,19 @@ protected:
     std::string offered() { return canvas().offeredReading().toStdString(); }
     void drawCircle() { shown.draw(circlePath({300, 300}, 80)); }
     Kind kind() { return shown.count() == 0 ? Kind::ink : shown.model().document().strokes().front()->kind; }
+    // Of the sketch that was put away last.
+    static std::vector<Kind> kindsPutAway(ShownWindow& of)
+    {
+        std::vector<Kind> kinds;
+        const auto earlier = of.window.session().journal().earlier();
+        if (earlier.empty())
+            return kinds;
+        const auto reading =
+            vnt::sketch::read_journal(support::content_of(earlier.front().file.toStdString()));
+        for (const StrokePtr& stroke : reading.document.strokes())
+            kinds.push_back(stroke->kind);
+        return kinds;
+    }
     std::unique_ptr<ScriptedEditor> editorThatAsks()
     {
         auto editor = std::make_unique<ScriptedEditor>(shown.port());
@@ -60,6 +78,56 @@ TEST_F(WindowOffers, AreTakenBeforeTheSheetIsCleared)
     EXPECT_EQ(shown.count(), 0U);
     shown.choose("undo");
     EXPECT_EQ(kind(), Kind::circle);
+}
+
+// The sketch that is put away is the one that was seen.
+TEST_F(WindowOffers, AreTakenBeforeAnEarlierSketchIsBroughtBack)
+{
+    drawCircle();
+    shown.choose("newSheet");
+    drawCircle();
+    ASSERT_EQ(offered(), "circle");
+    ASSERT_EQ(kind(), Kind::ink);
+    QMenu menu;
+    shown.window.findChild<Questions*>()->fillEarlier(menu);
+    menu.actions().at(0)->trigger();
+    EXPECT_EQ(kindsPutAway(shown), (std::vector{Kind::circle}));
+    EXPECT_EQ(kind(), Kind::circle);
+}
+
+TEST_F(WindowOffers, AreTakenBeforeASketchThatWasLeftIsRecovered)
+{
+    const WindowFiles others;
+    ShownWindow(others).drawLine();
+    ShownWindow next(others);
+    next.window.canvas().setSettings(canvas().settings());
+    next.choose("toolCircle");
+    next.draw(circlePath({300, 300}, 80));
+    ASSERT_NE(next.window.canvas().offeredReading(), "");
+    ASSERT_TRUE(next.press("recover", "Recover"));
+    EXPECT_EQ(kindsPutAway(next), (std::vector{Kind::circle}));
+    EXPECT_EQ(next.model().document().strokes().at(0)->kind, Kind::ink);
+}
+
+TEST_F(WindowOffers, AreTakenWithTheStrokeInProgressBeforeANewSheetForTheEditor)
+{
+    drawCircle();
+    const auto editor = editorThatAsks();
+    Mouse mouse(canvas());
+    mouse.drawOn(circlePath({500, 300}, 60));
+    ASSERT_TRUE(canvas().isDrawing());
+    ASSERT_TRUE(shown.press("howToGoOn", "New Sheet"));
+    EXPECT_EQ(shown.count(), 0U);
+    EXPECT_EQ(kindsPutAway(shown), (std::vector{Kind::circle, Kind::circle}));
+}
+
+TEST_F(WindowOffers, StayWhereANoticeIsOnlyClosed)
+{
+    shown.window.notices().showProblem("file", "Something went wrong.");
+    drawCircle();
+    ASSERT_EQ(offered(), "circle");
+    ASSERT_TRUE(shown.press("file", "Close"));
+    EXPECT_EQ(offered(), "circle");
 }
 
 TEST_F(WindowOffers, AreTakenBeforeTheWindowGoes)

@@ -71,7 +71,7 @@ TEST_P(WindowLooks, ShowTheSheetAndTheEditorThatWaits)
     ShownWindow shown(files);
     Settings settings = shown.window.settings();
     settings.colours = GetParam().colours;
-    settings.canvas.reducedMotion = true;
+    settings.motion = MotionChoice::reduced; // the ink has faded at once
     shown.window.applySettings(settings);
     shown.window.resize(1180, 860); // whatever screen there is
     runDueEvents();

@@ -139,6 +139,24 @@ TEST_F(WindowViews, KeepTheEditorsScaleWhateverComesOntoItsSheet)
     EXPECT_LT(canvas().viewScale(), 1) << "nobody waits: the whole of one's own is seen";
 }
 
+TEST_F(WindowViews, KeepTheViewOfTheEditorThatWaitsWhenAFileIsOpened)
+{
+    show();
+    shown->drawLine();
+    const QString file = files.path("sketch.xml");
+    ASSERT_EQ(shown->window.session().save(file).sentence, "");
+    const auto editor = editorThatAsks();
+    shown->window.turnEditorSheet(15);
+    const QTransform before = canvas().sheetToWidget();
+    ASSERT_TRUE(shown->window.openFile(file));
+    runDueEvents();
+    EXPECT_EQ(shown->count(), 1U);
+    EXPECT_EQ(canvas().sheetToWidget(), before);
+    shown->choose("cancel");
+    ASSERT_TRUE(shown->window.openFile(file));
+    EXPECT_NE(canvas().sheetToWidget(), before) << "nobody waits: what is drawn comes into view";
+}
+
 TEST_F(WindowViews, BeginWithWhatIsDrawnInAFileInView)
 {
     show();

@@ -977,6 +977,10 @@ Zeichnen Sie freihändig über der Ansicht Ihres Zeichenprogramms; das Gezeichne
         <translation>Linien&amp;zug</translation>
     </message>
     <message>
+        <source>Tria&amp;ngle</source>
+        <translation>&amp;Dreieck</translation>
+    </message>
+    <message>
         <source>&amp;Rectangle</source>
         <translation>&amp;Rechteck</translation>
     </message>
@@ -995,6 +999,10 @@ Zeichnen Sie freihändig über der Ansicht Ihres Zeichenprogramms; das Gezeichne
     <message>
         <source>&amp;Ellipse</source>
         <translation>&amp;Ellipse</translation>
+    </message>
+    <message>
+        <source>Ell&amp;iptic Arc</source>
+        <translation>Ell&amp;iptischer Bogen</translation>
     </message>
     <message>
         <source>&amp;Free Curve</source>
