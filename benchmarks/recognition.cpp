@@ -238,18 +238,20 @@ Ink scrawl(double size)
 
 void print_times()
 {
+    // clang-format off
     const std::vector<std::pair<std::string, Ink>> strokes = {
-        {"a circle", wave(1,                1, 0)},
-        {"a wave of ten",        wave(0,                             10, 2)},
-        {"a line of writing",writing(12,45)},
-        {"a scribble over a box",          wave(7,             9, 0)},
-        {"a scribble over the screen",       wave(7,                                         9, 0, 1200)},
-        {"a scribble beyond all screens",wave(7,   9, 0, 6000)},
-        {"a spiral of thirty",          spiral(30,    300)},
-        {"a spiral of thirty over the screen",         spiral(30,1200)},
-        {"places at random, in a box",          scrawl(60)},
-        {"places at random, over the screen",         scrawl(1000)                          },
+        {"a circle",                           wave(1, 1, 0)},
+        {"a wave of ten",                      wave(0, 10, 2)},
+        {"a line of writing",                  writing(12, 45)},
+        {"a scribble over a box",              wave(7, 9, 0)},
+        {"a scribble over the screen",         wave(7, 9, 0, 1200)},
+        {"a scribble beyond all screens",      wave(7, 9, 0, 6000)},
+        {"a spiral of thirty",                 spiral(30, 300)},
+        {"a spiral of thirty over the screen", spiral(30, 1200)},
+        {"places at random, in a box",         scrawl(60)},
+        {"places at random, over the screen",  scrawl(1000)},
     };
+    // clang-format on
     for (const auto& [name, ink] : strokes)
         benchmark::RegisterBenchmark(name.c_str(), [&stroke = ink](benchmark::State& state) {
             for (auto _ : state) {

@@ -3,8 +3,10 @@
 #include "sketch/core/answer.h"
 #include "sketch/core/shape_outline.h"
 
+#include <algorithm>
 #include <exception>
 #include <mutex>
+#include <optional>
 #include <utility>
 #include <variant>
 
@@ -17,23 +19,29 @@ class AnswerCurves::Fit {
 public:
     explicit Fit(StrokePtr stroke) : m_stroke(std::move(stroke)) {}
 
-    const Path& curve()
+    Path curve()
     {
-        std::call_once(
-            m_made, [this] { m_curve = vnt::sketch::cubics_of(*m_stroke, vnt::sketch::kAnswerTolerance); });
-        return m_curve;
+        const std::lock_guard lock(m_making);
+        if (!m_curve)
+            m_curve = vnt::sketch::cubics_of(*m_stroke, vnt::sketch::kAnswerTolerance);
+        return *m_curve;
+    }
+
+    bool isMade()
+    {
+        const std::lock_guard lock(m_making);
+        return m_curve.has_value();
     }
 
 private:
     const StrokePtr m_stroke;
-    std::once_flag m_made;
-    Path m_curve;
+    std::mutex m_making;
+    std::optional<Path> m_curve;
 };
 
 AnswerCurves::AnswerCurves(SketchModel& model, QObject* parent) : QObject(parent)
 {
     m_making.setMaxThreadCount(1);
-    m_making.setThreadPriority(QThread::LowPriority);
     connect(&model, &SketchModel::inserted, this,
             [this](std::size_t, const StrokePtr& stroke) { add(stroke); });
     connect(&model, &SketchModel::taken, this, &AnswerCurves::remove);
@@ -60,6 +68,12 @@ Path AnswerCurves::of(const StrokePtr& stroke) const
     const auto found = m_fits.find(stroke);
     return found == m_fits.end() ? vnt::sketch::cubics_of(*stroke, vnt::sketch::kAnswerTolerance)
                                  : found->second->curve();
+}
+
+std::size_t AnswerCurves::madeCount() const
+{
+    return static_cast<std::size_t>(
+        std::count_if(m_fits.begin(), m_fits.end(), [](const auto& fit) { return fit.second->isMade(); }));
 }
 
 // A shape has its curve, all but.

@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <cstddef>
 #include <memory>
 #include <unordered_map>
 
@@ -23,8 +24,10 @@ public:
     // As cubics_of with kAnswerTolerance, to the bit. Made now where it is not there yet.
     vnt::sketch::Path of(const vnt::sketch::StrokePtr& stroke) const;
 
-    // For tests.
+    // For tests: until all are made; how many there are, and are made.
     void waitUntilMade() { m_making.waitForDone(); }
+    std::size_t count() const { return m_fits.size(); }
+    std::size_t madeCount() const;
 
 private:
     class Fit;

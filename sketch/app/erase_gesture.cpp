@@ -1,7 +1,5 @@
 #include "sketch/app/erase_gesture.h"
 
-#include <algorithm>
-
 using vnt::sketch::StrokeId;
 
 namespace {
@@ -22,12 +20,12 @@ void EraseGesture::move(const PenSample& sample)
     std::vector<StrokeId> crossed;
     for (const auto& art : m_stage.arts.all()) {
         const StrokeId id = art->stroke->id;
-        const bool isKnown = std::find(m_crossed.begin(), m_crossed.end(), id) != m_crossed.end();
-        if (!isKnown && art->isCrossed(from, to, m_stage.onSheet(kReach)))
+        if (m_known.count(id) == 0 && art->isCrossed(from, to, m_stage.onSheet(kReach)))
             crossed.push_back(id);
     }
     m_stage.pickUp(crossed);
     m_crossed.insert(m_crossed.end(), crossed.begin(), crossed.end());
+    m_known.insert(crossed.begin(), crossed.end());
     m_last = sample.at;
 }
 

@@ -4,6 +4,7 @@
 #include "sketch/app/canvas_stage.h"
 #include "sketch/app/gesture.h"
 
+#include <unordered_set>
 #include <vector>
 
 class EraseGesture : public Gesture {
@@ -21,4 +22,5 @@ private:
     CanvasStage& m_stage;
     QPointF m_last; // widget
     std::vector<vnt::sketch::StrokeId> m_crossed;
+    std::unordered_set<vnt::sketch::StrokeId> m_known; // the same, to look them up
 };

@@ -22,8 +22,8 @@ public:
     void askHowToGoOn();
 
 signals:
-    void
-    replacing(); // another sketch will be on the sheet in a moment: what is drawn and offered comes to its end
+    // Another sketch will be on the sheet in a moment: what is drawn and offered comes to its end.
+    void replacing();
     void recovered(); // another sketch is on the sheet
 
 private:

@@ -85,6 +85,7 @@ public:
     bool isInStep = false;
     Ink ink;                    // of the stroke that is being drawn
     Ink inkRest;                // that it would end with
+    Ink inkRestWritten;         // that it would have ended with when it was written last
     std::size_t inkWritten = 0; // points of ink that are written
     bool isInkWritten = false;  // some of it, or of its rest, is
     QTimer inkTimer;
@@ -138,7 +139,8 @@ QByteArray SketchJournal::Private::wholeSketch() const
     for (std::size_t i = 0; i < strokes.size(); ++i)
         text += journal_insert(i, *strokes[i]);
     if (isInkWritten)
-        text += journal_draw({ink.begin(), ink.begin() + static_cast<std::ptrdiff_t>(inkWritten)}, inkRest);
+        text += journal_draw({ink.begin(), ink.begin() + static_cast<std::ptrdiff_t>(inkWritten)},
+                             inkRestWritten);
     return bytesOf(text);
 }
 
@@ -258,10 +260,13 @@ void SketchJournal::Private::writeInk()
     inkTimer.stop();
     const Ink more(ink.begin() + static_cast<std::ptrdiff_t>(inkWritten), ink.end());
     inkWritten = ink.size();
+    inkRestWritten = inkRest;
     isInkWritten = true;
     if (isBegun()) {
+        const bool isWholeToWrite = isUnwrittenWhole && !unwritten.isEmpty();
         queue(journal_draw(more, inkRest));
-        write();
+        if (!isWholeToWrite)
+            write();
     } else {
         begin(folder.newFile());
     }

@@ -26,6 +26,8 @@ public:
     // The strokes have a place in the artwork: drawn on an editor's sheet, or read from a file. Those drawn on a
     // sheet of one's own have none.
     bool isPlaced() const { return m_isSheetPlaced || m_placingSteps > 0; }
+    // Without the steps that can be undone.
+    bool isPlacedBySheet() const { return m_isSheetPlaced; }
 
     // Not steps that can be undone.
     void setSheet(const vnt::sketch::Sheet& sheet);

@@ -220,7 +220,7 @@ FileProblem SketchSession::open(const QString& file)
     for (Stroke& stroke : std::get<std::vector<Stroke>>(read))
         strokes.push_back(std::make_shared<const Stroke>(std::move(stroke)));
     forget(file);
-    const bool isPlaced = m_model.isPlaced() || !strokes.empty();
+    const bool isPlaced = m_model.isPlacedBySheet() || !strokes.empty();
     m_model.reset(std::move(strokes), isPlaced);
     m_saved = m_model.document().strokes();
     noteState();

@@ -197,6 +197,7 @@ struct Replay {
     JournalReading reading;
     Stroke drawn;
     Stroke rest;
+    bool is_line_damaged = false; // a change of this line was passed over
 };
 
 // All strokes or none: false when the map leaves of one what no journal holds.
@@ -266,8 +267,26 @@ bool read_draw(Words& words, Replay& replay)
     return true;
 }
 
+// The stroke in progress, as far as it came. None when there is none.
+std::optional<StrokeId> insert_drawn(Replay& replay)
+{
+    Stroke stroke = std::exchange(replay.drawn, {});
+    stroke.ink.insert(stroke.ink.end(), replay.rest.ink.begin(), replay.rest.ink.end());
+    replay.rest.ink.clear();
+    if (stroke.ink.empty())
+        return std::nullopt;
+    SketchDocument& document = replay.reading.document;
+    stroke.id = document.new_id();
+    const StrokeId id = stroke.id;
+    const bool is_in =
+        document.insert(document.strokes().size(), std::make_shared<const Stroke>(std::move(stroke)));
+    return is_in ? std::optional(id) : std::nullopt;
+}
+
 void lift(Replay& replay)
 {
+    if (replay.is_line_damaged)
+        insert_drawn(replay); // what it has become was passed over: its ink is left
     replay.drawn.ink.clear();
     replay.rest.ink.clear();
 }
@@ -301,28 +320,17 @@ bool read_change(std::string_view text, Replay& replay)
 
 void read_changes(std::string_view line, Replay& replay)
 {
+    replay.is_line_damaged = false;
     for (;;) {
         const std::size_t end = line.find(kTogether);
-        if (!read_change(line.substr(0, end), replay))
+        if (!read_change(line.substr(0, end), replay)) {
             ++replay.reading.skipped;
+            replay.is_line_damaged = true;
+        }
         if (end == std::string_view::npos)
             return;
         line.remove_prefix(end + 1);
     }
-}
-
-// What was being drawn when the text ended.
-void keep_unfinished(Replay& replay)
-{
-    Stroke stroke = std::move(replay.drawn);
-    stroke.ink.insert(stroke.ink.end(), replay.rest.ink.begin(), replay.rest.ink.end());
-    if (stroke.ink.empty())
-        return;
-    SketchDocument& document = replay.reading.document;
-    stroke.id = document.new_id();
-    const StrokeId id = stroke.id;
-    if (document.insert(document.strokes().size(), std::make_shared<const Stroke>(std::move(stroke))))
-        replay.reading.unfinished = id;
 }
 
 // The next line, without its line feed, taken off the text. None when the text has no whole one.
@@ -352,7 +360,8 @@ JournalReading read_journal(std::string_view text)
         read_changes(*line, replay);
     }
     reading.whole = text.empty() && reading.skipped == 0;
-    keep_unfinished(replay);
+    if (const auto id = insert_drawn(replay))
+        replay.reading.unfinished = *id;
     return std::move(replay.reading);
 }
 

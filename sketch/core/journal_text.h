@@ -34,8 +34,9 @@ namespace vnt::sketch {
 // Each with its line feed.
 //
 // All numbers in a journal but the sheet's tolerance are finite: points of the ink that are not are left out, and
-// a shape that is not, or that draws nothing (of fewer than two corners, of no size, a curve that is not made of
-// fours), is written as none, a sheet that is not as the one of no editor, such a grid not at all.
+// a shape that is not, that goes further than kFarthest (ink.h) from the origin, or that draws nothing (of fewer
+// than two corners, of no size, a curve that is not made of fours), is written as none, a sheet that is not finite as
+// the one of no editor, such a grid not at all.
 std::string journal_head();
 std::string journal_insert(std::size_t index, const Stroke& stroke);
 std::string journal_take(StrokeId id);

@@ -1,6 +1,7 @@
 // The words of a journal that its writer and its reader share.
 #pragma once
 
+#include "sketch/core/ink.h"
 #include "sketch/core/reading.h"
 
 #include <algorithm>
@@ -40,22 +41,27 @@ inline bool are_finite(std::initializer_list<double> numbers)
 {
     return std::all_of(numbers.begin(), numbers.end(), [](double number) { return std::isfinite(number); });
 }
-inline bool are_finite(const Path& path)
+
+inline bool are_near(const Path& path)
 {
-    return std::all_of(path.begin(), path.end(), [](Vec2 p) { return are_finite({p.x, p.y}); });
+    return std::all_of(path.begin(), path.end(), [](Vec2 p) {
+        return std::abs(p.x) <= kFarthest && std::abs(p.y) <= kFarthest; // false for NaN
+    });
 }
 
-// Whether a journal may hold it: finite, and drawing something.
-inline bool is_kept(const Straight& shape) { return shape.corners.size() >= 2 && are_finite(shape.corners); }
+// Whether a journal may hold it: no further than kFarthest (ink.h) from the origin, and drawing something.
+inline bool is_kept(const Straight& shape) { return shape.corners.size() >= 2 && are_near(shape.corners); }
 inline bool is_kept(const Curve& shape)
 {
-    return !shape.points.empty() && shape.points.size() % 4 == 0 && are_finite(shape.points);
+    return !shape.points.empty() && shape.points.size() % 4 == 0 && are_near(shape.points);
 }
 inline bool is_kept(const Round& shape)
 {
     const Ellipse& e = shape.ellipse;
-    return are_finite({e.centre.x, e.centre.y, e.major, e.minor, e.rotation, shape.start, shape.sweep}) &&
-           e.major > 0 && e.minor > 0;
+    return are_near({
+               e.centre, {e.major, e.minor}
+    }) &&
+           are_finite({e.rotation, shape.start, shape.sweep}) && e.major > 0 && e.minor > 0;
 }
 inline bool is_kept(std::monostate) { return true; }
 

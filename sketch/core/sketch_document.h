@@ -41,8 +41,8 @@ private:
     static constexpr std::size_t kTop = static_cast<std::size_t>(-1);
 
     std::vector<StrokePtr> strokes_;
-    std::vector<StrokeId>
-        ids_; // of strokes_: side by side they are looked through without going to the strokes
+    // Of strokes_: side by side they are looked through without going to the strokes.
+    std::vector<StrokeId> ids_;
     std::unordered_set<StrokeId> present_;
     StrokeId last_id_ = 0; // the largest id that was ever here, or was given
 };

@@ -159,4 +159,31 @@ TEST(JournalSteps, PassesOverWhatIsDamagedOfAStepAndReadsTheRestOfIt)
     EXPECT_EQ(ids_of(reading), (Ids{1, 3}));
 }
 
+struct DamagedLiftCase {
+    const char* name;
+    const char* line; // behind two points that were drawn, and a third that the stroke would end with
+    std::size_t points;
+};
+// clang-format off
+const DamagedLiftCase kDamagedLifts[] = {
+    {"ThatWasFinishedAndIsDamaged", "insert 0 1 ink none ink no;lift", 3},
+    {"ThatWasCancelled",            "lift",                            0},
+};
+// clang-format on
+class DamagedLiftOfAStroke : public testing::TestWithParam<DamagedLiftCase> {};
+TEST_P(DamagedLiftOfAStroke, LeavesItsInk)
+{
+    const std::string drawn = "draw 2 1 2 0 1 3 4 8 1 rest 1 5 6 16 1\n";
+    const JournalReading reading =
+        read_journal(journal_head() + drawn + GetParam().line + "\n" + journal_insert(0, small(7)));
+    EXPECT_EQ(reading.unfinished, 0U) << "it had come to its end";
+    ASSERT_EQ(reading.document.strokes().size(), GetParam().points > 0 ? 2U : 1U);
+    EXPECT_EQ(reading.document.strokes().front()->id, 7U);
+    if (GetParam().points > 0) {
+        EXPECT_EQ(reading.document.strokes().back()->ink.size(), GetParam().points);
+    }
+}
+INSTANTIATE_TEST_SUITE_P(, DamagedLiftOfAStroke, testing::ValuesIn(kDamagedLifts),
+                         [](const auto& row) { return row.param.name; });
+
 } // namespace

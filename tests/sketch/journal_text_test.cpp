@@ -19,7 +19,7 @@ const double kHard[] = {0.1,        1.0 / 3, -0.0, 5e-324, 2.2250738585072014e-3
 // clang-format off
 const Round kRound{{{1.0 / 3, -0.0}, 1e8, 5e-324, 0.1}, -7.5, 2 * kPi};
 const Straight kTriangle{{{0.1, 0.2}, {1e-9, 1e9}, {-3, 4}}, true};
-const Curve kCurve{{{0, 0}, {0.1, 0}, {0.2, 1.7976931348623157e308}, {0.3, 0}}, false};
+const Curve kCurve{{{0, 0}, {0.1, 0}, {0.2, -999999999.9999999}, {0.3, 0}}, false};
 const Sheet kWithGrid{
     0.1, 1e9, {1.0 / 3, 0, 0, -1.0 / 3, 5e-324, -0.0}, -kInfinite, Grid{{1.0 / 7, 2, 3, 4, 5, 6}, 8}};
 const Round kSmallRound{{{10, 20.5}, 3, 0.1, 0}, -1, 1e-9};
@@ -33,6 +33,10 @@ const Shape kNotKept[] = {
     Curve{{{0, 0}, {0, kInfinite}, {0, 0}, {0, 0}}, false},
     Round{{{0, 0}, 0, 0, 0}, 0, 1},
     Round{{{0, 0}, 1, 1, 0}, kNoNumber, 1},
+    Straight{{{1, 1}, {2, 1.0000000000000002e9}}, false},
+    Curve{{{0, 0}, {-1e308, 0}, {0, 1e308}, {0, 0}}, false},
+    Round{{{0, -1e10}, 1, 1, 0}, 0, 1},
+    Round{{{0, 0}, 1e10, 1, 0}, 0, 1},
 };
 // clang-format on
 
@@ -341,6 +345,11 @@ const BadLineCase kBadLines[] = {
     {"WithACurveOfFivePoints",           "insert 2 9 free-curve curve open 5 0 0 0 0 0 0 0 0 0 0 ink 0 readings 0"},
     {"WithARoundShapeOfNoSize",          "insert 2 9 circle round 0 0 0 0 0 0 6 ink 0 readings 0"},
     {"WithARoundShapeInsideOut",         "insert 2 9 circle round 0 0 5 -5 0 0 6 ink 0 readings 0"},
+    {"WithACornerTooFarOff",             "insert 2 9 line straight open 2 0 0 1e10 1 ink 0 readings 0"},
+    {"WithACurveTooFarOff",              "insert 2 9 free-curve curve open 4 0 0 0 1e308 -1e308 0 1 1 ink 0 readings 0"},
+    {"WithARoundShapeTooFarOff",         "insert 2 9 circle round 0 -1e10 5 5 0 0 6 ink 0 readings 0"},
+    {"WithARoundShapeTooLarge",          "insert 2 9 circle round 0 0 1e10 1e10 0 0 6 ink 0 readings 0"},
+    {"WithAReadingTooFarOff",            "insert 2 9 ink none ink 0 readings 1 line 1 straight open 2 0 0 0 1e10"},
     {"OfASheetWithoutItsGrid",           "sheet 1 2 1 0 0 1 0 0 1"},
     {"OfASheetWithHalfAGrid",            "sheet 1 2 1 0 0 1 0 0 1 grid 4 1 0"},
     {"OfASheetWithoutItsMap",            "sheet 1 2 1 0 0 1 0 0 1 none map"},

@@ -9,10 +9,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <memory>
 #include <string>
+#include <variant>
 
 namespace {
 
@@ -73,6 +75,13 @@ TEST_P(CurvesOfStrokes, AreThoseThatTheyHaveWithout)
         if (isMadeBefore)
             curves.waitUntilMade();
         const auto& strokes = model.document().strokes();
+        const auto inks = std::count_if(strokes.begin(), strokes.end(), [](const StrokePtr& stroke) {
+            return std::holds_alternative<std::monostate>(stroke->shape);
+        });
+        EXPECT_EQ(curves.count(), static_cast<std::size_t>(inks)) << "what is gone has none";
+        if (isMadeBefore) {
+            EXPECT_EQ(curves.madeCount(), curves.count());
+        }
         EXPECT_EQ(
             answer_of(strokes, model.sheet(), [&](const StrokePtr& stroke) { return curves.of(stroke); }),
             answer_of(strokes, model.sheet()));
@@ -118,13 +127,18 @@ TEST(AnswerCurves, ChangeNothingOfASavedSketch)
 // As many as there are go with it, made or not.
 TEST(AnswerCurves, EndWithTheirSketchAtAnyTime)
 {
-    for (int i = 0; i < 20; ++i) {
-        SketchModel model;
-        const AnswerCurves curves(model);
-        for (int k = 0; k < i; ++k)
-            model.addInk(scribble(k, 300), {});
-        model.clear();
-        model.undoStack().undo();
+    for (int i = 1; i < 20; ++i) {
+        std::weak_ptr<const Stroke> last;
+        {
+            SketchModel model;
+            const AnswerCurves curves(model);
+            for (int k = 0; k < i; ++k)
+                model.addInk(scribble(k, 300), {});
+            model.clear();
+            model.undoStack().undo();
+            last = model.document().strokes().back();
+        }
+        EXPECT_TRUE(last.expired()) << i;
     }
 }
 

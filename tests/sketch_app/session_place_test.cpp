@@ -136,6 +136,17 @@ TEST_F(PlacedSketches, HaveNoneAnyMoreWhenWhatGaveItIsUndone)
     EXPECT_NEAR(xForAnEditor(session), kFirstX, 1e-9) << "it stays where it was on the screen";
 }
 
+// An answer without a shape brings no place along, and what an insert gave went with the sketch before.
+TEST_F(PlacedSketches, HaveNoneWhenAnEmptyOneIsOpenedAfterAnInsert)
+{
+    ASSERT_EQ(session.insert(file).sentence, "");
+    const std::string empty = folder.file("empty.xml", answer_of({}, Sheet()) + "\n");
+    ASSERT_EQ(session.open(QString::fromStdString(empty)).sentence, "");
+    EXPECT_FALSE(session.model().isPlaced());
+    drawOnOwnSheet();
+    EXPECT_NEAR(xForAnEditor(session), kFirstX, 1e-9);
+}
+
 TEST_F(PlacedSketches, HaveTheirPlaceAgainWhenItIsRedone)
 {
     drawOnOwnSheet();
