@@ -38,7 +38,7 @@ void DrawnInk::paint(QPainter& painter, const Ink& ink, const Ink& rest, const Q
     if (ink.size() >= kPart + kAroundPart)
         keep(painter, ink, map, width);
     else
-        m_count = 0;
+        *this = {};
     const std::size_t from = m_count - std::min(m_count, kAroundPart);
     Ink end(ink.begin() + static_cast<std::ptrdiff_t>(from), ink.end());
     end.insert(end.end(), rest.begin(), rest.end());

@@ -12,6 +12,14 @@ constexpr float kSoft = 0.5F;
 // other but for a hair.
 constexpr double kSteepest = 0.999;
 
+// Pixels; a piece that is longer is computed in parts, of which floats hold each place to a hundredth of a pixel.
+constexpr double kLongest = 65536;
+// Pixels; of what is larger doubles do not tell where it passes a pixel.
+constexpr double kFarthest = 1e15;
+
+// A disc alone that is smaller covers too little of a pixel to take its rim for straight.
+constexpr float kDot = 1;
+
 constexpr int kWhole = 255; // pixel
 constexpr float kSideLength = 127;
 
@@ -25,6 +33,19 @@ constexpr float kOneSide = 0.7F;
 float shareOf(float distance, float radius)
 {
     return std::min(radius, distance + kSoft) + std::min(radius, kSoft - distance);
+}
+
+// What of a pixel lies within a small disc whose middle is so far from the pixel's.
+float shareOfDot(float x, float y, float radius)
+{
+    constexpr int kRows = 16;
+    float share = 0;
+    for (int row = 0; row < kRows; ++row) {
+        const float up = y - kSoft + (static_cast<float>(row) + 0.5F) / kRows;
+        const float half = std::sqrt(std::max(0.0F, radius * radius - up * up));
+        share += std::max(0.0F, std::min(half, x + kSoft) - std::max(-half, x - kSoft));
+    }
+    return share / kRows;
 }
 
 // A piece of the line, in its own axes: from its first place along to the other.
@@ -53,6 +74,8 @@ struct Piece {
     // Of the pixel whose middle is so far from the first place.
     Reach reach(float x, float y) const
     {
+        if (length <= 0 && first < kDot)
+            return {shareOfDot(x, y, first), 0, 0};
         const float along = x * alongX + y * alongY;
         const float aside = y * alongX - x * alongY;
         const float across = std::abs(aside);
@@ -90,10 +113,42 @@ struct Range {
     static Range of(double least, double most, int from, int to)
     {
         constexpr double kHalf = 0.5;
+        if (!(least <= most)) // one of them may be no number
+            return {1, 0};
         return {static_cast<int>(std::clamp<double>(std::ceil(least - kHalf), from, to + 1.0)),
                 static_cast<int>(std::clamp<double>(std::floor(most - kHalf), from - 1.0, to))};
     }
 };
+
+// From where to where, in shares of the way between two places, that is between two numbers along one axis.
+struct Span {
+    double first = 0;
+    double last = 1;
+
+    void keepBetween(double least, double most, double from, double to)
+    {
+        const double way = to - from;
+        if (way == 0) {
+            if (from < least || from > most)
+                last = -1;
+            return;
+        }
+        const double there = (least - from) / way;
+        const double beyond = (most - from) / way;
+        first = std::max(first, std::min(there, beyond));
+        last = std::min(last, std::max(there, beyond));
+    }
+};
+
+double sizeOf(const LinePoint& a, const LinePoint& b)
+{
+    return std::abs(b.x - a.x) + std::abs(b.y - a.y) + a.radius + b.radius;
+}
+
+LinePoint between(const LinePoint& a, const LinePoint& b, double share)
+{
+    return {a.x + share * (b.x - a.x), a.y + share * (b.y - a.y), a.radius + share * (b.radius - a.radius)};
+}
 
 bool holds(const LinePoint& a, const LinePoint& b)
 {
@@ -120,16 +175,37 @@ std::size_t LineCoverage::indexOf(int x, int y) const
 
 void LineCoverage::add(const LinePoint* points, std::size_t count)
 {
-    if (count == 1)
+    if (count == 1 && sizeOf(points[0], points[0]) <= kFarthest)
         addPiece(points[0], points[0]);
     for (std::size_t i = 1; i < count; ++i) {
+        if (!(sizeOf(points[i - 1], points[i]) <= kFarthest)) // nor if it is no number
+            continue;
         if (holds(points[i - 1], points[i]))
             addPiece(points[i - 1], points[i - 1]);
         else if (holds(points[i], points[i - 1]))
             addPiece(points[i], points[i]);
         else
-            addPiece(points[i - 1], points[i]);
+            addLong(points[i - 1], points[i]);
     }
+}
+
+// In parts that lie where they do whatever the pixels are: of each pixel the outcome is the same.
+void LineCoverage::addLong(const LinePoint& from, const LinePoint& to)
+{
+    if (!(sizeOf(from, to) > kLongest)) {
+        addPiece(from, to);
+        return;
+    }
+    const double reach = std::max(from.radius, to.radius) + 1;
+    Span seen;
+    seen.keepBetween(m_pixels.left() - reach, m_pixels.right() + 1 + reach, from.x, to.x);
+    seen.keepBetween(m_pixels.top() - reach, m_pixels.bottom() + 1 + reach, from.y, to.y);
+    if (seen.first > seen.last)
+        return;
+    const double length = std::hypot(to.x - from.x, to.y - from.y);
+    const double part = std::max(kLongest, 4 * reach) / length;
+    for (double i = std::floor(seen.first / part); i * part <= seen.last; ++i)
+        addPiece(between(from, to, i * part), between(from, to, std::min(1.0, (i + 1) * part)));
 }
 
 void LineCoverage::addPiece(const LinePoint& from, const LinePoint& to)

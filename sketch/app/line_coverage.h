@@ -5,7 +5,9 @@
 // outcome is the same to the bit. For each pixel is kept on which side of it the line lies: two pieces that reach into
 // it from the same side cover the same of it, from opposite sides the one covers what the other does not.
 // Space:    pixels of a device; a pixel's middle is half a pixel from its corner.
-// Accuracy: within 0.05 of the area that is covered; where pieces meet at an angle in a pixel, nearly so.
+// Accuracy: within 0.05 of the area that is covered; where pieces meet at an angle in a pixel, nearly so. The round
+//           ends of pieces with a radius below 1 cover more, by up to 0.3 of a pixel.
+// Errors:   nothing throws or reports; what is no number, or larger than 1e15 pixels, covers nothing.
 #pragma once
 
 #include <QColor>
@@ -48,6 +50,7 @@ private:
         std::int8_t y = 0;
     };
 
+    void addLong(const LinePoint& from, const LinePoint& to);
     void addPiece(const LinePoint& from, const LinePoint& to);
     void addShare(std::size_t index, float share, Side side);
     std::size_t indexOf(int x, int y) const;

@@ -1,5 +1,6 @@
 #include "sketch/app/outline_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -14,6 +15,9 @@ constexpr double kSteps = 100; // a pixel
 
 // From the middle of a step; where controls are as near to the straight piece, it is one.
 constexpr double kStraight = 0.5 / kSteps;
+
+// Radius of a round end whose tip is off by no more than a tenth of a pixel where its ends are rounded.
+constexpr double kSmall = 0.5;
 
 Vec2 rounded(Vec2 p) { return {std::round(p.x * kSteps) / kSteps, std::round(p.y * kSteps) / kSteps}; }
 
@@ -59,14 +63,15 @@ public:
         }
     }
 
-    void goAround(const RoundEnd& end, Vec2 to)
+    // Through its tip: of an arc of half a turn alone that would be off by the root of what its ends are.
+    void goAround(const RoundEnd& end, Vec2 from, Vec2 to)
     {
-        command('a');
-        number(end.radius);
-        number(end.radius);
-        m_text += end.is_long ? " 0 1 1" : " 0 0 1";
-        place(to);
-        m_at = rounded(to);
+        if (end.radius <= kSmall) {
+            arc(end.radius, end.is_long, to);
+            return;
+        }
+        arc(end.radius, false, tipOf(end, from, to));
+        arc(end.radius, false, to);
     }
 
     void close()
@@ -78,6 +83,24 @@ public:
     QByteArray text() && { return std::move(m_text); }
 
 private:
+    static Vec2 tipOf(const RoundEnd& end, Vec2 from, Vec2 to)
+    {
+        const double half = distance(from, to) / 2;
+        const double depth = std::sqrt(std::max(0.0, end.radius * end.radius - half * half));
+        const Vec2 outwards = -1 * turned_a_quarter(unit(to - from));
+        return middle(from, to) + (end.radius + (end.is_long ? depth : -depth)) * outwards;
+    }
+
+    void arc(double radius, bool isLong, Vec2 to)
+    {
+        command('a');
+        number(radius);
+        number(radius);
+        m_text += isLong ? " 0 1 1" : " 0 0 1";
+        place(to);
+        m_at = rounded(to);
+    }
+
     static bool isStraight(const Vec2* cubic)
     {
         return distance_from_piece(cubic[1], cubic[0], cubic[3]) <= kStraight &&
@@ -123,14 +146,14 @@ QByteArray outlineText(const std::vector<OutlinePart>& parts)
         if (part.there.empty()) {
             const Vec2 radius{part.at_start.radius, 0};
             text.moveTo(part.middle - radius);
-            text.goAround(part.at_start, part.middle + radius);
-            text.goAround(part.at_start, part.middle - radius);
+            text.goAround(part.at_start, part.middle - radius, part.middle + radius);
+            text.goAround(part.at_start, part.middle + radius, part.middle - radius);
         } else {
             text.moveTo(part.there.front());
             text.goAlong(part.there);
-            text.goAround(part.at_end, part.back.front());
+            text.goAround(part.at_end, part.there.back(), part.back.front());
             text.goAlong(part.back);
-            text.goAround(part.at_start, part.there.front());
+            text.goAround(part.at_start, part.back.back(), part.there.front());
         }
         text.close();
     }

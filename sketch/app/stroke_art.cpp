@@ -68,7 +68,8 @@ StrokeArt::StrokeArt(StrokePtr its) : stroke(std::move(its))
         curve = vnt::sketch::cubics_of(stroke->shape, kCurveTolerance);
         line = vnt::sketch::flattened(curve, kLineTolerance);
     }
-    box = boxOf(line);
+    // What is painted anew is as much of the screen as the box takes: it holds the rim at the closest view as well.
+    box = boxOf(isInk() ? line : vnt::sketch::flattened(curve, kCurveTolerance));
 }
 
 double StrokeArt::distanceFrom(Vec2 p, double reach) const

@@ -29,7 +29,7 @@ struct StrokeArt {
     vnt::sketch::Path curve;      // of its shape, cubic segments of 4 points each; empty for ink
     vnt::sketch::Path line;       // within a tenth of a pixel of what is seen; of ink, what is seen
     std::vector<float> pressures; // of ink: at each place of line
-    QRectF box;                   // of line, without the width of a pen
+    QRectF box;                   // of what is seen, without the width of a pen
 };
 
 class StrokeArts {

@@ -21,13 +21,17 @@ constexpr int kBlock = 128;
 // Places of a line that are looked at or passed over together.
 constexpr std::size_t kRun = 64;
 
+// Of a line; of the usual length they go far beyond a screen.
+constexpr double kMostDashes = 1e5;
+
 // Device pixels; nothing is painted on more.
 constexpr double kFarthest = 1e6;
 
 QRect pixelsOf(const QRectF& box)
 {
     const QRectF near = box & QRectF(-kFarthest, -kFarthest, 2 * kFarthest, 2 * kFarthest);
-    return near.toAlignedRect();
+    const bool isAny = near.width() >= 0 && near.height() >= 0; // not where it is no number
+    return isAny ? near.toAlignedRect() : QRect();
 }
 
 struct Run {
@@ -145,9 +149,20 @@ std::vector<Line> linesWithin(const QRect& area, const Path& cubics, double radi
     return lines;
 }
 
-// The line's dashes, so long and so far apart; the first begins where the line does.
+double lengthOf(const Line& line)
+{
+    double length = 0;
+    for (std::size_t i = 1; i < line.size(); ++i)
+        length += std::hypot(line[i].x - line[i - 1].x, line[i].y - line[i - 1].y);
+    return length;
+}
+
+// The line's dashes, so long and so far apart; the first begins where the line does. The line itself where they have
+// no length or would be too many, or it has no end.
 std::vector<Line> dashesOf(const Line& line, double dash, double gap)
 {
+    if (!line.empty() && !(lengthOf(line) < kMostDashes * (dash + gap)))
+        return {line};
     std::vector<Line> dashes;
     bool isDash = true;
     double rest = dash;

@@ -23,7 +23,8 @@ InkLine ink_line(const Ink& ink);
 // The part of it from the ink's point from to its point to, or where these are none of the clean ink to the next
 // one: parts that follow one another have a place in common. to may be the ink's size: to the end.
 //
-// It is the whole ink's line to the bit, of whose points only kAroundPart are looked at on either side.
+// Of ink without runs of 20 points that are dropped (ink.h) it is the whole ink's line to the bit; only kAroundPart
+// points are looked at on either side.
 InkLine ink_line_part(const Ink& ink, std::size_t from, std::size_t to);
 
 // Sheet pixels; a step that is longer is rounded. A turn of 1 over a step of 8 has a height of 1: of 2, of a

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace {
@@ -72,11 +73,18 @@ INSTANTIATE_TEST_SUITE_P(, LevelLines, testing::ValuesIn(kAcross),
 TEST(LineCoverage, IsTheAreaOfEachPixel)
 {
     for (const Line& line : {
-             Line{{20, 20, 4},     {70, 47, 4}},
-             Line{{20, 60, 1},     {70, 13, 8}},
-             Line{{30.3, 40.7, 9}},
-             Line{{20, 30, 9},    {28, 30, 2}           },
-             Line{{20, 30, 2},    {22, 30, 9}},
+             Line{{20, 20, 4},        {70, 47, 4}      },
+             Line{{20, 60, 1},        {70, 13, 8}      },
+             Line{{30.3, 40.7, 9}   },
+             Line{{30, 40, 0.25}                 },
+             Line{{30.5, 40.5, 0.25}},
+             Line{{30.2, 40.6, 0.35}                 },
+             Line{{30.5, 40.5, 0.5}    },
+             Line{{30.3, 40.4, 0.5}                 },
+             Line{{30, 40, 0.75}                 },
+             Line{{30.9, 40.7, 0.75}                 },
+             Line{{20, 30, 9},                   {28, 30, 2}                 },
+             Line{{20, 30, 2},                   {22, 30, 9}},
     }) {
         const LineCoverage coverage = coverageOf({line});
         const QImage image = coverage.picture(Qt::black);
@@ -91,7 +99,8 @@ TEST(LineCoverage, IsTheAreaOfEachPixel)
             }
             return false;
         };
-        for (int y = 0; y < 80; y += 5) {
+        const int step = line.size() == 1 ? 1 : 5;
+        for (int y = 0; y < 80; y += step) {
             for (int x = 0; x < 100; ++x) {
                 int count = 0;
                 for (int i = 0; i < 64; ++i)
@@ -105,9 +114,11 @@ TEST(LineCoverage, IsTheAreaOfEachPixel)
 
 TEST(LineCoverage, OfADiscIsItsArea)
 {
-    for (const double radius : {0.5, 1.0, 3.0, 12.0}) {
-        // All around, the rim is as soft as that of a straight side: that adds a twelfth to the radius' square.
-        EXPECT_NEAR(sumOf(coverageOf({{{40.3, 40.6, radius}}})), kPi * (radius * radius + 1 / 12.0),
+    for (const double radius : {0.25, 0.5, 0.75, 1.0, 3.0, 12.0}) {
+        // All around a large one, the rim is as soft as that of a straight side: that adds a twelfth to the radius'
+        // square.
+        const double soft = radius < 1 ? 0 : 1 / 12.0;
+        EXPECT_NEAR(sumOf(coverageOf({{{40.3, 40.6, radius}}})), kPi * (radius * radius + soft),
                     0.01 * kPi * radius * radius + 0.01)
             << radius;
     }
@@ -212,6 +223,37 @@ TEST(LineCoverage, OfAPartIsThatOfTheWholeThere)
     EXPECT_GT(sumOf(part), 50);
 }
 
+// Its places lie on a line through the picture, however far along.
+TEST(LineCoverage, IsTheSameWhereverTheLineEnds)
+{
+    const LinePoint middle{50.3, 40.2, 2.5};
+    const auto along = [&](double way, double wider) {
+        return LinePoint{middle.x + 0.8 * way, middle.y + 0.6 * way, middle.radius + wider};
+    };
+    const LineCoverage near = coverageOf({
+        {along(-200, 0), along(200, 0)}
+    });
+    const QImage expected = near.picture(Qt::black);
+    for (const double far : {3e4, 1e5, 1e6, 1e8}) {
+        // It grows, but not by what one sees in so short a part.
+        for (const Line& line : {
+                 Line{along(-far, 0),    along(far,      0)         },
+                 Line{along(far,  0),    along(-2 * far, 0)         },
+                 Line{along(-300, 0),    along(far,      far * 1e-7)},
+                 Line{along(-far, -0.5), along(far,      0.5)       }
+        }) {
+            const LineCoverage coverage = coverageOf({line});
+            const QImage image = coverage.picture(Qt::black);
+            for (int y = 0; y < 80; ++y) {
+                for (int x = 0; x < 100; ++x)
+                    ASSERT_NEAR(shareAt(image, coverage.covered(), x, y),
+                                shareAt(expected, near.covered(), x, y), 0.02)
+                        << x << ' ' << y << " of a line to " << line.back().x;
+            }
+        }
+    }
+}
+
 TEST(LineCoverage, OfWhatLiesElsewhereIsNothing)
 {
     EXPECT_TRUE(coverageOf({
@@ -221,6 +263,22 @@ TEST(LineCoverage, OfWhatLiesElsewhereIsNothing)
                     .isEmpty());
     EXPECT_TRUE(coverageOf({{{1e300, 10, 5}}}).covered().isEmpty());
     EXPECT_TRUE(coverageOf({{{10, 10, 5}}}, QRect()).covered().isEmpty());
+    for (const double none : {std::nan(""), std::numeric_limits<double>::infinity()}) {
+        for (const LinePoint& nowhere : {
+                 LinePoint{none, 10,   5   },
+                 LinePoint{10,   none, 5   },
+                 LinePoint{10,   10,   none}
+        }) {
+            const Line lines[] = {
+                {nowhere     },
+                { nowhere, {20, 20, 5}},
+                { {20, 20, 5},     nowhere},
+                { nowhere,     nowhere}
+            };
+            for (const Line& line : lines)
+                EXPECT_TRUE(coverageOf({line}).covered().isEmpty()) << nowhere.x << ' ' << nowhere.y;
+        }
+    }
     LineCoverage coverage = coverageOf({{{10, 10, 5}}});
     coverage.reset({0, 0, 10, 10});
     EXPECT_TRUE(coverage.covered().isEmpty());

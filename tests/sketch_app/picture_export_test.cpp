@@ -264,7 +264,8 @@ TEST(PictureExport, HasInkOfOneBreadthAsAStrokedPath)
     EXPECT_NE(pressed.find("<path d=\"M"), std::string::npos) << pressed;
 }
 
-// By hand: the tangents of two discs of 3 and 1, 10 apart, touch them at 0.2 of their radii ahead and 0.98 aside.
+// By hand: the tangents of two discs of 3 and 1, 10 apart, touch them at 0.2 of their radii ahead and 0.98 aside. Their
+// round ends go by their tips.
 TEST(PictureExport, WritesAnOutlineFromWhereItIs)
 {
     const Path places{
@@ -272,12 +273,43 @@ TEST(PictureExport, WritesAnOutlineFromWhereItIs)
         Vec2{10, 0}
     };
     EXPECT_EQ(outlineText(ink_outline(places, {3, 1}, 0.06)).toStdString(),
-              "M.6-2.94l9.6 1.96a1 1 0 0 1 0 1.96l-9.6 1.96a3 3 0 1 1 0-5.88z");
+              "M.6-2.94l9.6 1.96a1 1 0 0 1 .8 .98 1 1 0 0 1-.8 .98l-9.6 1.96a3 3 0 0 1-3.6-2.94 3 3 0 0 1 "
+              "3.6-2.94z");
     const Path one{
         Vec2{-1.004, 20}
     };
     EXPECT_EQ(outlineText(ink_outline(one, {0.5}, 0.06)).toStdString(),
               "M-1.5 20a.5 .5 0 0 1 1 0 .5 .5 0 0 1-1 0z");
+}
+
+// As drawing programs read it.
+QRectF boxOfData(const QByteArray& data)
+{
+    QSvgRenderer renderer("<svg xmlns=\"http://www.w3.org/2000/svg\"><path id=\"ink\" d=\"" + data +
+                          "\"/></svg>");
+    return renderer.boundsOnElement("ink");
+}
+
+TEST(PictureExport, WritesRoundEndsOutToTheirTips)
+{
+    // Qt's arcs are cubic, and that is off by 0.0003 of the radius.
+    constexpr double kOff = 0.02;
+    for (double radius = 0.3; radius <= 25; radius += 0.37) {
+        for (int i = 0; i < 40; ++i) {
+            const Vec2 from = Vec2{40, 50} + 0.0007 * i * Vec2{3, 5};
+            const Path level{
+                from, from + Vec2{60.0037, 0}
+            };
+            // Of the smallest the rounded ends are off by a tenth.
+            const double near = radius <= 0.5 ? 0.11 : kOff;
+            const QRectF line = boxOfData(outlineText(ink_outline(level, {radius, radius}, 0.06)));
+            ASSERT_NEAR(line.left(), level[0].x - radius, near) << radius;
+            ASSERT_NEAR(line.right(), level[1].x + radius, near) << radius;
+            const QRectF disc = boxOfData(outlineText(ink_outline({from}, {radius}, 0.06)));
+            ASSERT_NEAR(disc.top(), from.y - radius, near) << radius;
+            ASSERT_NEAR(disc.bottom(), from.y + radius, near) << radius;
+        }
+    }
 }
 
 TEST(PictureExport, HasATouchAsADisc)

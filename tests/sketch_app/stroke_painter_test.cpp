@@ -1,11 +1,15 @@
 #include "sketch/app/stroke_painter.h"
 
+#include "sketch/app/drawn_ink.h"
+#include "sketch/core/shape_outline.h"
+
 #include <gtest/gtest.h>
 
 #include <QImage>
 #include <QPainter>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -129,6 +133,77 @@ TEST(DashedCurve, HasDashesAndGapsAsLongAsAsked)
         EXPECT_EQ(qAlpha(image.pixel(from + 5, 100)), 255) << dash;
         EXPECT_EQ(qAlpha(image.pixel(from + 8, 100)), 0) << dash;
         EXPECT_EQ(qAlpha(image.pixel(from + 10, 100)), 0) << dash;
+    }
+}
+
+TEST(DashedCurve, EndsWhateverItIsMadeOf)
+{
+    const Path level{
+        {50,  100},
+        {90,  100},
+        {130, 100},
+        {230, 100}
+    };
+    QImage image = blank();
+    QPainter painter(&image);
+    paintDashedCurve(painter, level, {}, Qt::black, {0, 0, 0});
+    EXPECT_EQ(qAlpha(image.pixel(100, 100)), 0) << "of no width";
+    constexpr double kInfinite = std::numeric_limits<double>::infinity();
+    for (const double far : {kInfinite, std::nan(""), 1e308})
+        paintDashedCurve(painter,
+                         {
+                             level[0], level[1], {far, -far},
+                               {far, 100 }
+        },
+                         {}, Qt::black, {2, 8, 5});
+    paintDashedCurve(painter, level, {}, Qt::black, {2, 0, -2});
+    EXPECT_EQ(qAlpha(image.pixel(100, 100)), 255) << "of no length, it has no gaps";
+}
+
+// Far more points than are kept at a time; each its own line.
+vnt::sketch::Ink longInk(double top)
+{
+    vnt::sketch::Ink ink;
+    for (int i = 0; i < 400; ++i)
+        ink.push_back({20 + 0.6 * i, top + 20 * std::sin(0.05 * i), 8.0 * i, 0.5 + 0.4 * std::sin(0.1 * i)});
+    return ink;
+}
+
+QImage drawn(DrawnInk& drawnInk, const vnt::sketch::Ink& ink)
+{
+    QImage image = blank();
+    QPainter painter(&image);
+    drawnInk.paint(painter, ink, {}, {}, Qt::black, 6, {});
+    return image;
+}
+
+TEST(DrawnInks, KeepNothingOfAStrokeBefore)
+{
+    DrawnInk drawnInk;
+    const vnt::sketch::Ink first = longInk(60);
+    const vnt::sketch::Ink second = longInk(200);
+    drawn(drawnInk, first);
+    drawn(drawnInk, {second.begin(), second.begin() + 20});
+    DrawnInk fresh;
+    EXPECT_EQ(drawn(drawnInk, second), drawn(fresh, second));
+}
+
+// At a scale of 64 a twentieth of a sheet pixel is three on the screen, more than is painted about a box.
+TEST(StrokeArts, HaveABoxThatHoldsATurnedEllipse)
+{
+    for (const double turn : {0.0, 0.3, 0.7, 1.2}) {
+        vnt::sketch::Stroke stroke;
+        stroke.shape = vnt::sketch::Round{
+            {{400, 300}, 250, 60, turn},
+            0, 2 * vnt::sketch::kPi
+        };
+        const StrokeArt art(std::make_shared<const vnt::sketch::Stroke>(stroke));
+        const Vec2 half{std::hypot(250 * std::cos(turn), 60 * std::sin(turn)),
+                        std::hypot(250 * std::sin(turn), 60 * std::cos(turn))};
+        EXPECT_NEAR(art.box.left(), 400 - half.x, 0.015) << turn;
+        EXPECT_NEAR(art.box.right(), 400 + half.x, 0.015) << turn;
+        EXPECT_NEAR(art.box.top(), 300 - half.y, 0.015) << turn;
+        EXPECT_NEAR(art.box.bottom(), 300 + half.y, 0.015) << turn;
     }
 }
 
