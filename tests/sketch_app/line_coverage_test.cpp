@@ -48,6 +48,7 @@ struct AcrossCase {
     double radius;
     double shares[5]; // of the pixels from 38 to 42 down
 };
+// clang-format off
 const AcrossCase kAcross[] = {
     {"OnWholePixels",       40,    1,    {0, 1, 1, 0, 0}      },
     {"BetweenPixels",       40.5,  1,    {0, 0.5, 1, 0.5, 0}  },
@@ -55,6 +56,7 @@ const AcrossCase kAcross[] = {
     {"ThinnerThanAPixel",   40.5,  0.25, {0, 0, 0.5, 0, 0}    },
     {"ThinOnAPixelsBorder", 40,    0.25, {0, 0.25, 0.25, 0, 0}},
 };
+// clang-format on
 class LevelLines : public testing::TestWithParam<AcrossCase> {};
 TEST_P(LevelLines, CoverWhatOfEachPixelLiesOnThem)
 {
@@ -72,20 +74,23 @@ INSTANTIATE_TEST_SUITE_P(, LevelLines, testing::ValuesIn(kAcross),
 // Counted in a grid of 8 by 8 in each pixel, which is off by 0.02 at most here.
 TEST(LineCoverage, IsTheAreaOfEachPixel)
 {
-    for (const Line& line : {
-             Line{{20, 20, 4},        {70, 47, 4}      },
-             Line{{20, 60, 1},        {70, 13, 8}      },
-             Line{{30.3, 40.7, 9}   },
-             Line{{30, 40, 0.25}                 },
-             Line{{30.5, 40.5, 0.25}},
-             Line{{30.2, 40.6, 0.35}                 },
-             Line{{30.5, 40.5, 0.5}    },
-             Line{{30.3, 40.4, 0.5}                 },
-             Line{{30, 40, 0.75}                 },
-             Line{{30.9, 40.7, 0.75}                 },
-             Line{{20, 30, 9},                   {28, 30, 2}                 },
-             Line{{20, 30, 2},                   {22, 30, 9}},
-    }) {
+    // clang-format off
+    const Line lines[] = {
+        {{20, 20, 4}, {70, 47, 4}},
+        {{20, 60, 1}, {70, 13, 8}},
+        {{30.3, 40.7, 9}},
+        {{30, 40, 0.25}},
+        {{30.5, 40.5, 0.25}},
+        {{30.2, 40.6, 0.35}},
+        {{30.5, 40.5, 0.5}},
+        {{30.3, 40.4, 0.5}},
+        {{30, 40, 0.75}},
+        {{30.9, 40.7, 0.75}},
+        {{20, 30, 9}, {28, 30, 2}},
+        {{20, 30, 2}, {22, 30, 9}},
+    };
+    // clang-format on
+    for (const Line& line : lines) {
         const LineCoverage coverage = coverageOf({line});
         const QImage image = coverage.picture(Qt::black);
         const auto isWithin = [&](double x, double y) {
@@ -115,8 +120,8 @@ TEST(LineCoverage, IsTheAreaOfEachPixel)
 TEST(LineCoverage, OfADiscIsItsArea)
 {
     for (const double radius : {0.25, 0.5, 0.75, 1.0, 3.0, 12.0}) {
-        // All around a large one, the rim is as soft as that of a straight side: that adds a twelfth to the radius'
-        // square.
+        // All around a large one, the rim is as soft as that of a straight side: that adds a twelfth to the
+        // square of the radius.
         const double soft = radius < 1 ? 0 : 1 / 12.0;
         EXPECT_NEAR(sumOf(coverageOf({{{40.3, 40.6, radius}}})), kPi * (radius * radius + soft),
                     0.01 * kPi * radius * radius + 0.01)
@@ -264,17 +269,15 @@ TEST(LineCoverage, OfWhatLiesElsewhereIsNothing)
     EXPECT_TRUE(coverageOf({{{1e300, 10, 5}}}).covered().isEmpty());
     EXPECT_TRUE(coverageOf({{{10, 10, 5}}}, QRect()).covered().isEmpty());
     for (const double none : {std::nan(""), std::numeric_limits<double>::infinity()}) {
-        for (const LinePoint& nowhere : {
-                 LinePoint{none, 10,   5   },
-                 LinePoint{10,   none, 5   },
-                 LinePoint{10,   10,   none}
-        }) {
+        // clang-format off
+        for (const LinePoint& nowhere : {LinePoint{none, 10, 5}, LinePoint{10, none, 5}, LinePoint{10, 10, none}}) {
             const Line lines[] = {
-                {nowhere     },
-                { nowhere, {20, 20, 5}},
-                { {20, 20, 5},     nowhere},
-                { nowhere,     nowhere}
+                {nowhere},
+                {nowhere, {20, 20, 5}},
+                {{20, 20, 5}, nowhere},
+                {nowhere, nowhere},
             };
+            // clang-format on
             for (const Line& line : lines)
                 EXPECT_TRUE(coverageOf({line}).covered().isEmpty()) << nowhere.x << ' ' << nowhere.y;
         }
