@@ -105,7 +105,7 @@ void JournalFolder::dropOldest(const QString& butNot) const
 
 QString JournalFolder::keepDamaged(const QString& file) const
 {
-    const QString kept = earlierPath() + "/" + newName() + kDamaged;
+    QString kept = earlierPath() + "/" + newName() + kDamaged;
     QDir().mkpath(earlierPath());
     touch(file);
     if (!move(file, kept))

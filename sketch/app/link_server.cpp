@@ -124,9 +124,7 @@ LinkServer::Private::Private(LinkServer& owner) : q(owner)
     m_gate.onConnection = [this](int descriptor) { welcome(descriptor); };
     QObject::connect(&m_gate, &QTcpServer::acceptError, &q, [this] {
         log(QStringLiteral("a connection could not be taken: ") + m_gate.errorString());
-        // The timer owns what it will call.
-        QTimer::singleShot(kAcceptAgainMilliseconds, &m_gate,
-                           &QTcpServer::resumeAccepting); // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
+        QTimer::singleShot(kAcceptAgainMilliseconds, &m_gate, &QTcpServer::resumeAccepting);
     });
 }
 

@@ -97,7 +97,7 @@ void SketchModel::countPlacing(int steps)
         emit placedChanged();
 }
 
-void SketchModel::setSelection(std::vector<StrokeId> ids)
+void SketchModel::setSelection(const std::vector<StrokeId>& ids)
 {
     std::vector<StrokeId> known;
     for (const std::size_t place : placesOf(m_document, ids))

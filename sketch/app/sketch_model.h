@@ -35,7 +35,7 @@ public:
     // bring back as well. Returns what became of each, for who keeps some.
     StrokeMapping changeSheet(const vnt::sketch::Sheet& sheet, const vnt::sketch::Affine& map);
     void setPlaced(bool isPlaced); // what steps have placed stays so until they are undone
-    void setSelection(std::vector<vnt::sketch::StrokeId> ids); // unknown ids are left out
+    void setSelection(const std::vector<vnt::sketch::StrokeId>& ids); // unknown ids are left out
     // Another sketch in the place of this one, its strokes in this order; nothing to undo then.
     void reset(std::vector<vnt::sketch::StrokePtr> strokes, bool isPlaced = false);
 

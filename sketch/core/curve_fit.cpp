@@ -224,6 +224,7 @@ Path fit_closed_curve(const Path& path, double tolerance, const std::vector<std:
     for (std::size_t i = 0; n > 0 && i <= n; ++i)
         around.push_back(path[(begin + i) % n]);
     std::vector<std::size_t> inner;
+    inner.reserve(sharp.size());
     for (const std::size_t place : sharp)
         inner.push_back(place - begin);
     Course course = course_of(around, inner);
