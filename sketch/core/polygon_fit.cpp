@@ -33,6 +33,13 @@ constexpr double kDetour = 0.25;
 // rounded.
 constexpr double kRounded = 1e-12;
 
+// By so much the squared distances of a longer run may come out less than those of a shorter one in it.
+double slack_of(const Path& points)
+{
+    const double extent = extent_of(points);
+    return kRounded * extent * extent * static_cast<double>(points.size());
+}
+
 // The lines through any run of points, each in the same short time.
 class Runs {
 public:
@@ -188,8 +195,7 @@ std::vector<Chain> fit_closed_chains(const Path& points, std::size_t most_sides)
             cost_from[0] = cost_from[n] = runs.run(first, first + steps).square_sum();
         }
     }
-    const double extent = extent_of(points);
-    const double slack = kRounded * extent * extent * static_cast<double>(n);
+    const double slack = slack_of(points);
     const ClosedSearch once(costs, n, slack, furthest_from_the_middle(points), most_sides);
     std::vector<Chain> chains;
     for (std::size_t sides = 3; sides <= most_sides; ++sides) {
@@ -217,8 +223,7 @@ Chain fit_open_chain(const Path& points, double price)
     std::vector<std::size_t> from(n, 0);
     best[0] = 0;
     const double step = path_length(points) / static_cast<double>(n - 1);
-    const double extent = extent_of(points);
-    const double slack = kRounded * extent * extent * static_cast<double>(n);
+    const double slack = slack_of(points);
     for (std::size_t end = 1; end < n; ++end) {
         for (std::size_t start = end; start-- > 0;) {
             const double off = runs.run(start, end).square_sum();

@@ -4,7 +4,7 @@
 
 #include "sketch/core/regular_shapes.h"
 #include "sketch/core/signs.h"
-#include "tests/sketch/drawn_strokes.h"
+#include "tests/sketch/scored_strokes.h"
 
 #include <gtest/gtest.h>
 
@@ -12,33 +12,8 @@
 
 namespace {
 
+using namespace scored;
 using namespace vnt::sketch;
-
-double score_of(const std::vector<Reading>& readings, Kind kind)
-{
-    for (const Reading& reading : readings) {
-        if (reading.kind == kind)
-            return reading.score;
-    }
-    ADD_FAILURE() << "there is no " << name_of(kind);
-    return -1;
-}
-
-Ink drawn_open(const Path& outline)
-{
-    drawn::Hand hand;
-    hand.points = 300;
-    return drawn::stroke(outline, false, hand);
-}
-
-Ink drawn_closed(const Path& outline, double more = 0, double start = 0.03)
-{
-    drawn::Hand hand;
-    hand.points = 300;
-    hand.more = more;
-    hand.start = start;
-    return drawn::stroke(outline, true, hand);
-}
 
 Ink wave(double height, int halves)
 {
@@ -46,15 +21,6 @@ Ink wave(double height, int halves)
     for (int i = 0; i <= 400; ++i)
         path.push_back({i / 100.0, height * std::sin(halves * kPi * i / 400)});
     return drawn_open(path);
-}
-
-// Of a polygon and a circle so much of the polygon.
-Ink blunt(int sides, double share)
-{
-    Path outline;
-    for (const Vec2 p : resample_closed(drawn::regular(sides), 720))
-        outline.push_back(share * p + (1 - share) * unit(p));
-    return drawn_closed(outline);
 }
 
 Ink leaning(double lean)

@@ -7,7 +7,7 @@
 #include "sketch/core/ellipse_fit.h"
 #include "sketch/core/regular_shapes.h"
 #include "sketch/core/signs.h"
-#include "tests/sketch/drawn_strokes.h"
+#include "tests/sketch/scored_strokes.h"
 
 #include <gtest/gtest.h>
 
@@ -17,35 +17,11 @@
 
 namespace {
 
+using namespace scored;
 using namespace vnt::sketch;
 
 double belief(double value, double limit) { return 1 / (1 + std::pow(std::max(0.0, value) / limit, 4)); }
 double logistic(double x) { return 1 / (1 + std::exp(-x)); }
-
-double score_of(const Ink& ink, Kind kind)
-{
-    for (const Reading& reading : recognise(ink)) {
-        if (reading.kind == kind)
-            return reading.score;
-    }
-    ADD_FAILURE() << "there is no " << name_of(kind);
-    return -1;
-}
-
-Ink drawn_open(const Path& path)
-{
-    drawn::Hand hand;
-    hand.points = 300;
-    return drawn::stroke(path, false, hand);
-}
-
-Ink drawn_closed(const Path& outline, double start = 0.03)
-{
-    drawn::Hand hand;
-    hand.points = 300;
-    hand.start = start;
-    return drawn::stroke(outline, true, hand);
-}
 
 // By the angle from 0 to 2 pi.
 Path around(const std::function<double(double)>& radius)
@@ -254,11 +230,7 @@ INSTANTIATE_TEST_SUITE_P(, Odds, testing::ValuesIn(kOdds), [](const auto& row) {
 // An octagon blunt enough to be in doubt, the pen resting at so many places.
 Ink rested(std::size_t rests)
 {
-    constexpr double kBlunt = 0.62;
-    Path outline;
-    for (const Vec2 p : resample_closed(drawn::regular(8), 720))
-        outline.push_back(kBlunt * p + (1 - kBlunt) * unit(p));
-    Ink ink = drawn_closed(outline);
+    Ink ink = blunt(8, 0.62);
     std::vector<bool> rests_after(ink.size());
     for (std::size_t k = 0; k < rests; ++k) // away from both ends, where every pen is slow
         rests_after[ink.size() * (3 * k + 5) / 40] = true;
@@ -318,7 +290,7 @@ TEST(TheJoin, IsTheFourthCornerOfATriangle)
         const Path whole = drawn::regular(3);
         const Ink ink = drawn_closed({whole[0] + 0.3 * (whole[1] - whole[0]), whole[1], whole[2],
                                       whole[0] + cut * (whole[2] - whole[0])},
-                                     0);
+                                     0, 0);
         const BodySigns body = measure(ink).body;
         const double likelihood = belief(body.bend(3), 0.50);
         if (body.corners != 3 || likelihood < 0.5)
