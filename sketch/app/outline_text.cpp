@@ -24,16 +24,12 @@ Vec2 rounded(Vec2 p) { return {std::round(p.x * kSteps) / kSteps, std::round(p.y
 // ".5", "-3.25", "12"
 QByteArray digitsOf(double number)
 {
-    QByteArray digits = QByteArray::number(number, 'f', 2);
-    while (digits.endsWith('0'))
-        digits.chop(1);
-    if (digits.endsWith('.'))
-        digits.chop(1);
+    QByteArray digits = shortDigits(number, 2);
     if (digits.startsWith("0."))
         digits.remove(0, 1);
     else if (digits.startsWith("-0."))
         digits.remove(1, 1);
-    return digits.isEmpty() || digits == "-" || digits == "-0" ? "0" : digits;
+    return digits;
 }
 
 // Relative to where the last piece has ended, as it was written: what is rounded does not add up.
@@ -138,6 +134,16 @@ private:
 };
 
 } // namespace
+
+QByteArray shortDigits(double number, int decimals)
+{
+    QByteArray digits = QByteArray::number(number, 'f', decimals);
+    while (digits.endsWith('0'))
+        digits.chop(1);
+    if (digits.endsWith('.'))
+        digits.chop(1);
+    return digits == "-0" ? "0" : digits;
+}
 
 QByteArray outlineText(const std::vector<OutlinePart>& parts)
 {

@@ -7,4 +7,7 @@
 
 #include <vector>
 
+// With so many decimals at most, none that is 0 at the end, and a decimal point whatever the locale.
+QByteArray shortDigits(double number, int decimals);
+
 QByteArray outlineText(const std::vector<vnt::sketch::OutlinePart>& parts);

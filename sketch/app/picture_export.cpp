@@ -27,16 +27,8 @@ constexpr double kEvenRadius = 0.05;
 // Beyond this many pixels in either direction Qt's painter is not made for.
 constexpr double kMostPixels = 32767;
 
-// Shortest text to a ten thousandth of a sheet pixel, with a decimal point whatever the locale.
-QByteArray text(double number)
-{
-    QByteArray digits = QByteArray::number(number, 'f', 4);
-    while (digits.endsWith('0'))
-        digits.chop(1);
-    if (digits.endsWith('.'))
-        digits.chop(1);
-    return digits == "-0" ? "0" : digits;
-}
+// To a ten thousandth of a sheet pixel.
+QByteArray text(double number) { return shortDigits(number, 4); }
 
 QByteArray text(Vec2 p) { return text(p.x) + ' ' + text(p.y); }
 

@@ -129,4 +129,17 @@ inline Path path_of(const Ink& ink)
     return path;
 }
 
+// The furthest of the points from the line.
+inline double furthest_from(const Path& line, const Path& points)
+{
+    double furthest = 0;
+    for (const Vec2 p : points) {
+        double nearest = distance(p, line.front());
+        for (std::size_t i = 1; i < line.size(); ++i)
+            nearest = std::min(nearest, distance_from_piece(p, line[i - 1], line[i]));
+        furthest = std::max(furthest, nearest);
+    }
+    return furthest;
+}
+
 } // namespace drawn

@@ -78,15 +78,7 @@ Path flat(const Path& curve)
 
 double furthest_from(const Path& curve, const Path& points)
 {
-    const Path line = flat(curve);
-    double furthest = 0;
-    for (const Vec2 p : points) {
-        double nearest = distance(p, line.front());
-        for (std::size_t i = 1; i < line.size(); ++i)
-            nearest = std::min(nearest, distance_from_piece(p, line[i - 1], line[i]));
-        furthest = std::max(furthest, nearest);
-    }
-    return furthest;
+    return drawn::furthest_from(flat(curve), points);
 }
 
 // By how much it turns about the join, over three steps of the hand: a corner is found to a step.

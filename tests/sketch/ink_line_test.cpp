@@ -20,19 +20,6 @@ Ink ink_along(const Path& path)
     return ink;
 }
 
-// The furthest of the points from the line.
-double furthest_from(const Path& line, const Path& points)
-{
-    double furthest = 0;
-    for (const Vec2 p : points) {
-        double nearest = distance(p, line.front());
-        for (std::size_t i = 1; i < line.size(); ++i)
-            nearest = std::min(nearest, distance_from_piece(p, line[i - 1], line[i]));
-        furthest = std::max(furthest, nearest);
-    }
-    return furthest;
-}
-
 // A fast circle's few points are chords that lie 11 pixels within it; the line is the circle.
 TEST(InkLine, OfAFastCircleIsRound)
 {
@@ -177,7 +164,7 @@ TEST(InkLine, OfACornerIsNoSwing)
         {150, 120},
         {290, 226}
     };
-    EXPECT_LT(furthest_from(path, ink_line(ink_along(path)).places), 1.5);
+    EXPECT_LT(drawn::furthest_from(path, ink_line(ink_along(path)).places), 1.5);
 }
 
 struct SentCase {
@@ -251,12 +238,12 @@ TEST_P(InkThatIsSent, IsTheLineThatIsSeen)
     ASSERT_EQ(strokes->size(), 1U);
     for (const Path& cubics : {cubics_of(strokes->front(), 0.02), cubics_of(*stroke, 0.02)}) {
         const Path line = flattened(cubics, 0.01);
-        EXPECT_LE(furthest_from(seen, line), 0.5);
+        EXPECT_LE(drawn::furthest_from(seen, line), 0.5);
         Path between; // of the pieces as well
         for (std::size_t i = 1; i < seen.size(); ++i)
             for (int k = 0; k < 4; ++k)
                 between.push_back(seen[i - 1] + (k / 4.0) * (seen[i] - seen[i - 1]));
-        EXPECT_LE(furthest_from(line, between), 0.5);
+        EXPECT_LE(drawn::furthest_from(line, between), 0.5);
     }
 }
 INSTANTIATE_TEST_SUITE_P(, InkThatIsSent, testing::ValuesIn(sent_cases()),
